@@ -1,0 +1,37 @@
+# kyte_test(<name> [SOURCES ...] [LINK ...] [ENVIRONMENT ...] [LABELS ...] [TIMEOUT seconds])
+#
+# A QtTest program made of <name>.cpp and SOURCES, run offscreen, in UTC and the C locale. A connection that names no
+# signal or slot is only a warning to Qt and QtTest still says PASS, so its message fails the run here.
+
+set(KYTE_TEST_ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=UTC;LC_ALL=C.UTF-8;KYTE_CONFIG_FILE=;QT_LOGGING_RULES=")
+set(KYTE_BROKEN_CONNECTION "QObject::connect: (No such|Cannot|signal not found|Incompatible)")
+if(KYTE_SANITIZE MATCHES "address")
+    list(APPEND KYTE_TEST_ENVIRONMENT
+         "LSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/lsan.supp:print_suppressions=0"
+         "UBSAN_OPTIONS=print_stacktrace=1")
+endif()
+if(KYTE_SANITIZE MATCHES "thread")
+    list(APPEND KYTE_TEST_ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp")
+endif()
+
+# The precompiled header is compiled once, for kytetesthelpers, and used by every test.
+function(kyte_test name)
+    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINK;ENVIRONMENT;LABELS" ${ARGN})
+    add_executable(${name} ${name}.cpp ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE kytetesthelpers Qt5::Test ${ARG_LINK})
+    target_compile_definitions(${name} PRIVATE "KYTE_TEST_PROGRAM_DIR=\"${CMAKE_RUNTIME_OUTPUT_DIRECTORY}\""
+                                               "KYTE_TEST_DATA_DIR=\"${PROJECT_SOURCE_DIR}/tests/data\"")
+    kyte_defaults(${name})
+    if(KYTE_PRECOMPILED_HEADERS)
+        target_precompile_headers(${name} REUSE_FROM kytetesthelpers)
+    endif()
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 300)
+    endif()
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES
+        ENVIRONMENT "${KYTE_TEST_ENVIRONMENT};${ARG_ENVIRONMENT}"
+        FAIL_REGULAR_EXPRESSION "${KYTE_BROKEN_CONNECTION}"
+        LABELS "${ARG_LABELS}"
+        TIMEOUT ${ARG_TIMEOUT})
+endfunction()
