@@ -1,0 +1,9 @@
+#include "KyPluginExtScreenInterface.h"
+
+namespace Kyte {
+
+KyPluginExtScreenInterface::KyPluginExtScreenInterface() = default;
+
+KyPluginExtScreenInterface::~KyPluginExtScreenInterface() = default;
+
+} // namespace Kyte

@@ -1,0 +1,9 @@
+#include "KyPluginGuiInterface.h"
+
+namespace Kyte {
+
+KyPluginGuiInterface::KyPluginGuiInterface() = default;
+
+KyPluginGuiInterface::~KyPluginGuiInterface() = default;
+
+} // namespace Kyte
