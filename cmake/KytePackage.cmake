@@ -1,0 +1,37 @@
+# What makes an installed tree usable: a CMake package, which brings the targets of the product's other libraries that
+# were built here, and a pkg-config file.
+
+include(CMakePackageConfigHelpers)
+
+set(KYTE_PACKAGE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/KyEditorCommon")
+
+set(KYTE_BUNDLED_LIBRARIES "")
+foreach(library IN ITEMS KyCore KyView KyMediaTool Jocrypt)
+    if(TARGET ${library})
+        list(APPEND KYTE_BUNDLED_LIBRARIES ${library})
+    endif()
+endforeach()
+
+foreach(library IN LISTS KYTE_BUNDLED_LIBRARIES ITEMS KyEditorCommon)
+    install(EXPORT ${library}Targets NAMESPACE Kyte:: DESTINATION ${KYTE_PACKAGE_DIR})
+endforeach()
+
+configure_package_config_file(
+    "${PROJECT_SOURCE_DIR}/cmake/KyEditorCommonConfig.cmake.in"
+    "${PROJECT_BINARY_DIR}/KyEditorCommonConfig.cmake"
+    INSTALL_DESTINATION ${KYTE_PACKAGE_DIR})
+write_basic_package_version_file(
+    "${PROJECT_BINARY_DIR}/KyEditorCommonConfigVersion.cmake"
+    COMPATIBILITY SameMajorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/KyEditorCommonConfig.cmake"
+              "${PROJECT_BINARY_DIR}/KyEditorCommonConfigVersion.cmake"
+        DESTINATION ${KYTE_PACKAGE_DIR})
+
+set(KYTE_PKGCONFIG_INCLUDES "")
+set(KYTE_PKGCONFIG_LIBRARIES "")
+foreach(library IN LISTS KYTE_BUNDLED_LIBRARIES)
+    string(APPEND KYTE_PKGCONFIG_INCLUDES " -I\${includedir}/${library}")
+    string(APPEND KYTE_PKGCONFIG_LIBRARIES " -l${library}")
+endforeach()
+configure_file("${PROJECT_SOURCE_DIR}/cmake/KyEditorCommon.pc.in" "${PROJECT_BINARY_DIR}/KyEditorCommon.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/KyEditorCommon.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -18,9 +18,9 @@ namespace Kyte {
  * thread at a time, apart from channelDir() and empty path arguments: these read the application's configuration,
  * which belongs to the main thread.
  *
- * Files beyond MAXIMUM_FILE_SIZE, and files with a single tag or text beyond MAXIMUM_MARKUP_LENGTH, are refused like
- * files that cannot be opened: what this class writes is far below either, and an XML reader can be kept busy for
- * minutes with less.
+ * A main file of more than 64 MiB (some two million assignments) or a channel file of more than 1 MiB is refused like
+ * one that cannot be opened, and so is a file with an absurdly long tag: 8 KiB in the main file, 128 KiB in a channel
+ * file, which has room for a name of 10,000 characters however it is escaped.
  */
 class KYEDITORCOMMON_EXPORT KyChannelConfig : public QObject
 {
@@ -34,10 +34,10 @@ public:
     struct ChannelInfo
     {
         ChannelInfo() = default;
-        ChannelInfo(int id, const QString &name, int index)
-            : id(id)
-            , name(name)
-            , index(index)
+        ChannelInfo(int channelId, const QString &channelName, int position)
+            : id(channelId)
+            , name(channelName)
+            , index(position)
         {
         }
 
@@ -50,10 +50,10 @@ public:
     struct GroupInfo
     {
         GroupInfo() = default;
-        GroupInfo(int id, const QString &name, int index)
-            : id(id)
-            , name(name)
-            , index(index)
+        GroupInfo(int groupId, const QString &groupName, int position)
+            : id(groupId)
+            , name(groupName)
+            , index(position)
         {
         }
 

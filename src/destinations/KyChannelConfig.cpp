@@ -1,0 +1,245 @@
+#include "KyChannelConfig.h"
+
+#include "KyXmlFile_p.h"
+
+#include <KyCommon.h>
+#include <KyEditorConfig.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QHash>
+#include <QVector>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+
+namespace Kyte {
+
+const QString KyChannelConfig::CHANNEL_CONFIG_FILE_NAME = CHANNEL_MAIN_FILE;
+
+static const QString CHANNEL_FILE_PATTERN = QStringLiteral("channel*.xml");
+static const QString CHANNEL_ELEMENT = QStringLiteral("channel");
+static const QString DESTINATION_ELEMENT = QStringLiteral("destination");
+static const QString ID_ATTRIBUTE = QStringLiteral("id");
+static const QString NAME_ATTRIBUTE = QStringLiteral("name");
+static const QString INDEX_ATTRIBUTE = QStringLiteral("index");
+
+static const XmlFile::Limits CHANNEL_FILE_LIMITS = {1 << 20, 128 << 10};
+static const XmlFile::Limits MAIN_FILE_LIMITS = {64 << 20, 8 << 10};
+
+static bool isElement(const QXmlStreamReader &reader, const QString &name)
+{
+    return reader.name().compare(name, Qt::CaseInsensitive) == 0;
+}
+
+/** Moves \a reader behind the start of the root element; false when the document has another root, or none. */
+static bool enterRoot(QXmlStreamReader *reader)
+{
+    return reader->readNextStartElement() && isElement(*reader, XML_ROOT_ELEMENT);
+}
+
+static int integerAttribute(const QXmlStreamReader &reader, const QString &name, int fallback)
+{
+    bool ok = false;
+    const int value = reader.attributes().value(name).toInt(&ok);
+    return ok ? value : fallback;
+}
+
+/** The channel that the file \a path describes; its id is negative when the file describes none. */
+static KyChannelConfig::ChannelInfo readChannelFile(const QString &path)
+{
+    KyChannelConfig::ChannelInfo channel;
+    QByteArray content;
+    if (!XmlFile::read(path, CHANNEL_FILE_LIMITS, &content))
+        return channel;
+
+    QXmlStreamReader reader(content);
+    if (!enterRoot(&reader))
+        return channel;
+    while (!reader.atEnd()) {
+        // Letter case counts here, and only here: the applications write "channel", and files with another spelling
+        // have never been taken for channel files.
+        if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == CHANNEL_ELEMENT) {
+            channel.id = integerAttribute(reader, ID_ATTRIBUTE, -1);
+            channel.name = reader.attributes().value(NAME_ATTRIBUTE).toString();
+            channel.index = integerAttribute(reader, INDEX_ATTRIBUTE, -1);
+            return channel; // whatever follows the first channel is none of ours, well-formed or not
+        }
+    }
+    return channel;
+}
+
+KyChannelConfig::KyChannelConfig(QObject *parent)
+    : QObject(parent)
+{
+}
+
+KyChannelConfig::~KyChannelConfig() = default;
+
+QString KyChannelConfig::channelDir()
+{
+    if (!KyEditorConfig::readStandardConfigFile()) {
+        fail(tr("Application configuration file can not be found."));
+        return QString();
+    }
+    return QDir(KyEditorConfig::dataDir()).absoluteFilePath(CHANNEL_FOLDER);
+}
+
+bool KyChannelConfig::getAllChannelInfoFromFiles(const QString &folder)
+{
+    clearLastErrorMessage();
+    const QString path = folder.isEmpty() ? channelDir() : folder;
+    if (path.isEmpty())
+        return false;
+    const QDir dir(path);
+    if (!dir.exists())
+        return fail(tr("The Channel folder \"%1\" does not exist.").arg(QDir::toNativeSeparators(path)));
+
+    m_channelList.clear();
+    const QStringList names = dir.entryList({CHANNEL_FILE_PATTERN}, QDir::Files, QDir::Unsorted);
+    for (const QString &name : names) {
+        if (name.compare(CHANNEL_FILE, Qt::CaseInsensitive) == 0)
+            continue;
+        ChannelInfo channel = readChannelFile(dir.absoluteFilePath(name));
+        if (channel.id < 0)
+            continue;
+        if (channel.name.isEmpty())
+            channel.name = QStringLiteral("Ch.%1").arg(channel.id);
+        m_channelList.append(channel);
+    }
+    return !m_channelList.isEmpty() || fail(tr("The channel files were not read correctly."));
+}
+
+bool KyChannelConfig::readFile(const QString &path)
+{
+    const QString file = mainFilePath(path);
+    if (file.isEmpty())
+        return false;
+    m_destChannelMap.clear();
+    if (!QFileInfo::exists(file))
+        return true; // nothing has been assigned yet
+    QByteArray content;
+    if (!XmlFile::read(file, MAIN_FILE_LIMITS, &content))
+        return fail(tr("The channel config file can not be open to read."));
+
+    QXmlStreamReader reader(content);
+    if (!enterRoot(&reader))
+        return true;
+    int channelId = -1;
+    while (!reader.atEnd()) {
+        const QXmlStreamReader::TokenType token = reader.readNext();
+        if (token == QXmlStreamReader::StartElement && isElement(reader, CHANNEL_ELEMENT)) {
+            channelId = integerAttribute(reader, ID_ATTRIBUTE, -1);
+        } else if (token == QXmlStreamReader::EndElement && isElement(reader, CHANNEL_ELEMENT)) {
+            channelId = -1;
+        } else if (token == QXmlStreamReader::StartElement && isElement(reader, DESTINATION_ELEMENT)
+                   && channelId >= 0) {
+            const int destinationId = integerAttribute(reader, ID_ATTRIBUTE, -1);
+            if (destinationId >= 0)
+                insertDestination(destinationId, channelId);
+        }
+    }
+    return true;
+}
+
+bool KyChannelConfig::saveFile(const QString &path)
+{
+    const QString file = mainFilePath(path);
+    if (file.isEmpty())
+        return false; // an empty name would otherwise be looked for in the current directory
+
+    QHash<int, QVector<int>> destinationsByChannel;
+    for (auto it = m_destChannelMap.cbegin(); it != m_destChannelMap.cend(); ++it)
+        destinationsByChannel[it.value()].append(it.key());
+
+    QByteArray content;
+    QXmlStreamWriter writer(&content);
+    writer.setCodec("utf-8");
+    writer.setAutoFormatting(true);
+    writer.writeStartDocument(QStringLiteral("1.0"), true);
+    writer.writeStartElement(XML_ROOT_ELEMENT);
+    for (const ChannelInfo &channel : qAsConst(m_channelList)) {
+        writer.writeStartElement(CHANNEL_ELEMENT);
+        writer.writeAttribute(ID_ATTRIBUTE, QString::number(channel.id));
+        const QVector<int> destinations = destinationsByChannel.value(channel.id);
+        for (int destinationId : destinations) {
+            writer.writeEmptyElement(DESTINATION_ELEMENT);
+            writer.writeAttribute(ID_ATTRIBUTE, QString::number(destinationId));
+        }
+        writer.writeEndElement();
+    }
+    writer.writeEndElement();
+    writer.writeEndDocument();
+    return XmlFile::write(file, content) || fail(tr("The channel config file can not be open to write."));
+}
+
+void KyChannelConfig::insertDestination(int destinationId, int channelId)
+{
+    m_destChannelMap.insert(destinationId, channelId);
+}
+
+QList<KyChannelConfig::ChannelInfo> KyChannelConfig::channelList() const
+{
+    return m_channelList;
+}
+
+QList<KyChannelConfig::ChannelInfo> *KyChannelConfig::channelListPtr()
+{
+    return &m_channelList;
+}
+
+void KyChannelConfig::setChannelList(const QList<ChannelInfo> &channelList)
+{
+    m_channelList = channelList;
+}
+
+QList<KyChannelConfig::GroupInfo> KyChannelConfig::groupList() const
+{
+    return m_groupList;
+}
+
+void KyChannelConfig::setGroupList(const QList<GroupInfo> &groupList)
+{
+    m_groupList = groupList;
+}
+
+QMap<int, int> KyChannelConfig::destChannelMap() const
+{
+    return m_destChannelMap;
+}
+
+QMap<int, int> *KyChannelConfig::destChannelMapPtr()
+{
+    return &m_destChannelMap;
+}
+
+void KyChannelConfig::setDestChannelMap(const QMap<int, int> &destChannelMap)
+{
+    m_destChannelMap = destChannelMap;
+}
+
+QString KyChannelConfig::lastErrorMessage() const
+{
+    return m_lastErrorMessage;
+}
+
+void KyChannelConfig::clearLastErrorMessage()
+{
+    m_lastErrorMessage.clear();
+}
+
+bool KyChannelConfig::fail(const QString &message)
+{
+    m_lastErrorMessage = message;
+    return false;
+}
+
+/** \a path, or the main file of the channel folder where it is empty; empty, with the error set, without a folder. */
+QString KyChannelConfig::mainFilePath(const QString &path)
+{
+    if (!path.isEmpty())
+        return path;
+    const QString folder = channelDir();
+    return folder.isEmpty() ? QString() : QDir(folder).absoluteFilePath(CHANNEL_CONFIG_FILE_NAME);
+}
+
+} // namespace Kyte

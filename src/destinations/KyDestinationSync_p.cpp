@@ -1,0 +1,112 @@
+#include "KyDestinationSync_p.h"
+
+#include "KyDestination.h"
+#include "KyDestinationSql_p.h"
+
+#include <QHash>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include <algorithm>
+#include <array>
+
+namespace Kyte {
+namespace DestinationSync {
+
+/**
+ * Whether \a query failed because the database cannot be written any more, as opposed to a row that it refuses.
+ * SQLite ends the transaction by itself then, and further statements would be committed one by one.
+ */
+static bool isStorageFailure(const QSqlQuery &query)
+{
+    enum { Memory = 7, Io = 10, Corrupt = 11, Full = 13 }; // SQLite's result codes
+    static const std::array<int, 4> FAILURES = {Memory, Io, Corrupt, Full};
+    const int code = query.lastError().nativeErrorCode().toInt() & 0xff; // without the extension
+    return std::find(FAILURES.cbegin(), FAILURES.cend(), code) != FAILURES.cend();
+}
+
+/** The groups that are no integers of 32 bits, by destination, as what QVariant makes of them: -1 unless they convert. */
+static QHash<int, int> readOddGroups(const QSqlDatabase &database)
+{
+    QHash<int, int> groups;
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    if (!query.exec(DestinationSql::SELECT_ODD_GROUPS))
+        return groups;
+    while (query.next()) {
+        bool ok = false;
+        const int group = query.value(1).toInt(&ok);
+        groups.insert(query.value(0).toInt(), ok ? group : -1);
+    }
+    return groups;
+}
+
+void writeChannels(const QSqlDatabase &database,
+                   const QList<KyChannelConfig::ChannelInfo> &channels,
+                   const QString &now)
+{
+    QSqlQuery query(database);
+    query.prepare(DestinationSql::INSERT_CHANNEL);
+    query.bindValue(3, now);
+    for (const KyChannelConfig::ChannelInfo &channel : channels) {
+        query.bindValue(0, channel.id);
+        query.bindValue(1, channel.name);
+        query.bindValue(2, channel.index);
+        query.exec();
+    }
+}
+
+/** Binds what both statements set from \a destination, beginning at \a position; answers the position behind it. */
+static int bindDestination(QSqlQuery *query, int position, const KyConfig::Destination &destination, int channelId)
+{
+    query->bindValue(position++, destination.name);
+    query->bindValue(position++, destination.address);
+    query->bindValue(position++, destination.sharedFolder);
+    query->bindValue(position++, destination.user);
+    query->bindValue(position++, KyDestination::encryptString(destination.password));
+    query->bindValue(position++, channelId);
+    return position;
+}
+
+bool writeDestinations(const QSqlDatabase &database,
+                       const QList<KyConfig::Destination> &destinations,
+                       const QMap<int, int> &channels,
+                       const QString &stamp)
+{
+    const QHash<int, int> oddGroups = readOddGroups(database);
+    QSqlQuery upsert(database);
+    upsert.prepare(DestinationSql::UPSERT_DESTINATION);
+    upsert.bindValue(7, stamp);
+    QSqlQuery update(database);
+    update.prepare(DestinationSql::UPDATE_DESTINATION);
+
+    for (const KyConfig::Destination &destination : destinations) {
+        const int channelId = channels.value(destination.id, -1);
+        const auto oddGroup = oddGroups.constFind(destination.id);
+        const bool isOdd = oddGroup != oddGroups.cend();
+        QSqlQuery &query = isOdd ? update : upsert;
+        if (isOdd) {
+            const int position = bindDestination(&query, 0, destination, channelId);
+            query.bindValue(position, *oddGroup);
+            query.bindValue(position + 1, stamp);
+            query.bindValue(position + 2, destination.id);
+        } else {
+            query.bindValue(0, destination.id);
+            bindDestination(&query, 1, destination, channelId);
+        }
+        // Two destinations that swap their names fail here both, and are swept below: the product has always
+        // behaved so, and the next synchronisation brings them back.
+        if (!query.exec() && isStorageFailure(query))
+            return false;
+    }
+
+    QSqlQuery sweep(database);
+    sweep.prepare(DestinationSql::DELETE_OTHER_DESTINATIONS);
+    sweep.bindValue(0, stamp);
+    return sweep.exec() || !isStorageFailure(sweep);
+}
+
+} // namespace DestinationSync
+} // namespace Kyte
