@@ -19,8 +19,6 @@ function(kyte_test name)
     cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINK;ENVIRONMENT;LABELS" ${ARGN})
     add_executable(${name} ${name}.cpp ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE kytetesthelpers Qt5::Test ${ARG_LINK})
-    target_compile_definitions(${name} PRIVATE "KYTE_TEST_PROGRAM_DIR=\"${CMAKE_RUNTIME_OUTPUT_DIRECTORY}\""
-                                               "KYTE_TEST_DATA_DIR=\"${PROJECT_SOURCE_DIR}/tests/data\"")
     kyte_defaults(${name})
     if(KYTE_PRECOMPILED_HEADERS)
         target_precompile_headers(${name} REUSE_FROM kytetesthelpers)
