@@ -10,11 +10,11 @@ namespace Kyte {
 static const QLatin1String THUMBNAIL_FOLDER("._kythumb");
 static const QLatin1String THUMBNAIL_EXTENSION(".thumb");
 
-/** Where the thumbnail of \a filePath belongs; empty for a path that names no file. */
+/** Where the thumbnail of \a filePath belongs; empty for a path that can name no file. */
 static QString thumbnailPathOf(const QString &filePath)
 {
     const QFileInfo file(filePath);
-    if (file.fileName().isEmpty())
+    if (file.fileName().isEmpty() || filePath.contains(QChar::Null))
         return QString();
     return file.absoluteDir().filePath(THUMBNAIL_FOLDER + QLatin1Char('/') + file.fileName()
                                        + THUMBNAIL_EXTENSION);
@@ -24,22 +24,22 @@ KyThumbnail::KyThumbnail(const QString &filePath, QObject *parent, bool load)
     : QObject(parent)
     , m_filePath(filePath)
 {
-    // Through QImage: QPixmap's cache would give a former picture when a thumbnail was replaced within a
-    // second.
-    if (load)
-        m_pixmap = QPixmap::fromImage(QImage(getFilePropertyFromHashFile(m_filePath).thumbnailPath));
+    // Not QPixmap's own reading: its cache does not see that a thumbnail was replaced within the same second.
+    const QString thumbnailPath = load ? getFilePropertyFromHashFile(m_filePath).thumbnailPath : QString();
+    if (!thumbnailPath.isEmpty())
+        m_pixmap = QPixmap::fromImage(QImage(thumbnailPath));
 }
 
 bool KyThumbnail::inspect(QString path) const
 {
-    return QFileInfo(path).isFile() && !getFilePropertyFromHashFile(path).thumbnailPath.isEmpty();
+    return !getFilePropertyFromHashFile(path).thumbnailPath.isEmpty() && QFileInfo(path).isFile();
 }
 
 KyThumbnail::FileProperty KyThumbnail::getFilePropertyFromHashFile(QString &path)
 {
     FileProperty property;
     const QString thumbnailPath = thumbnailPathOf(path);
-    if (QFileInfo(thumbnailPath).isFile())
+    if (!thumbnailPath.isEmpty() && QFileInfo(thumbnailPath).isFile())
         property.thumbnailPath = thumbnailPath;
     return property;
 }
