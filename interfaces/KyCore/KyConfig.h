@@ -32,7 +32,8 @@ class KYCORE_EXPORT KyConfig
 public:
     enum ConfigType : int { Editor = 1 };
 
-    /** An upload destination. The texts may be empty and are never null; the password is plain text. */
+    /** An upload destination. Texts read from a file may be empty but are never null; the password is plain
+     * text. */
     struct Destination
     {
         int id = -1;

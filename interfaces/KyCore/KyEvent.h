@@ -21,7 +21,7 @@ public:
         Wait = 2 ///< the screen listens to the event
     };
 
-    explicit KyEvent(EventDirection direction, KyEventType::EventType type, KyScreen *parent = nullptr);
+    KyEvent(EventDirection direction, KyEventType::EventType type, KyScreen *parent = nullptr);
 
     EventDirection direction() const;
     void setDirection(EventDirection direction);

@@ -75,7 +75,7 @@ bool findProcesses(const std::function<bool(const QString &)> &isWanted, QVector
         hasProcesses = true;
 
         KyProcessEntry entry{id, imageName(id), 0};
-        if (!isWanted(entry.name))
+        if (entry.name.isEmpty() || !isWanted(entry.name))
             continue;
         entry.startTime = startTimeOf(id);
         // The name once more: the id may have gone over to another process before its start time was read.

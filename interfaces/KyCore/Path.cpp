@@ -100,7 +100,7 @@ QString Path::getHashSha1(const QString &filePath)
 
     QFile file(filePath);
     QCryptographicHash hash(QCryptographicHash::Sha1);
-    if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file))
+    if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file) || file.error() != QFileDevice::NoError)
         return QString();
     return QString::fromLatin1(hash.result().toHex());
 }

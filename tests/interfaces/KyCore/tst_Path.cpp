@@ -300,6 +300,9 @@ void tst_Path::hashOfWhatIsNoReadableFile_isEmpty()
     QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     QCOMPARE(Path::getHashSha1(pipe), QString());
 #endif
+#ifdef Q_OS_LINUX
+    QCOMPARE(Path::getHashSha1(QStringLiteral("/proc/self/mem")), QString()); // opens, but cannot be read
+#endif
 }
 
 void tst_Path::applicationFolders_lieInTheUsersFolders()
