@@ -1,7 +1,8 @@
-# kyte_test(<name> [SOURCES ...] [LINK ...] [ENVIRONMENT ...] [LABELS ...] [TIMEOUT seconds])
+# kyte_test(<name> [XSERVER] [SOURCES ...] [LINK ...] [ENVIRONMENT ...] [LABELS ...] [TIMEOUT seconds])
 #
 # A QtTest program made of <name>.cpp and SOURCES, run offscreen, in UTC and the C locale. A connection that names no
-# signal or slot is only a warning to Qt and QtTest still says PASS, so its message fails the run here.
+# signal or slot is only a warning to Qt and QtTest still says PASS, so its message fails the run here. XSERVER: the
+# program runs on an X server of its own, with a window manager.
 
 set(KYTE_TEST_ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=UTC;LC_ALL=C.UTF-8;KYTE_CONFIG_FILE=;QT_LOGGING_RULES=")
 set(KYTE_BROKEN_CONNECTION "QObject::connect: (No such|Cannot|signal not found|Incompatible)")
@@ -16,7 +17,7 @@ endif()
 
 # The precompiled header is compiled once, for kytetesthelpers, and used by every test.
 function(kyte_test name)
-    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINK;ENVIRONMENT;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "XSERVER" "TIMEOUT" "SOURCES;LINK;ENVIRONMENT;LABELS" ${ARGN})
     add_executable(${name} ${name}.cpp ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE kytetesthelpers Qt5::Test ${ARG_LINK})
     kyte_defaults(${name})
@@ -26,7 +27,12 @@ function(kyte_test name)
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 300)
     endif()
-    add_test(NAME ${name} COMMAND ${name})
+    set(launcher "")
+    if(ARG_XSERVER)
+        set(launcher "${PROJECT_SOURCE_DIR}/tests/helpers/with-xserver")
+        list(PREPEND ARG_ENVIRONMENT QT_QPA_PLATFORM=xcb)
+    endif()
+    add_test(NAME ${name} COMMAND ${launcher} $<TARGET_FILE:${name}>)
     set_tests_properties(${name} PROPERTIES
         ENVIRONMENT "${KYTE_TEST_ENVIRONMENT};${ARG_ENVIRONMENT}"
         FAIL_REGULAR_EXPRESSION "${KYTE_BROKEN_CONNECTION}"
