@@ -4,27 +4,22 @@
 <context>
     <name>Kyte::KyChannelConfig</name>
     <message>
-        <location filename="../../src/destinations/KyChannelConfig.cpp" line="+81"/>
         <source>Application configuration file can not be found.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+14"/>
         <source>The Channel folder &quot;%1&quot; does not exist.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+14"/>
         <source>The channel files were not read correctly.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+13"/>
         <source>The channel config file can not be open to read.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+50"/>
         <source>The channel config file can not be open to write.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -32,78 +27,62 @@
 <context>
     <name>Kyte::KyDestination</name>
     <message>
-        <location filename="../../src/destinations/KyDestination.cpp" line="+92"/>
         <source>The channel folder can not be handle.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+23"/>
         <source>Error occured while the data is saving.(1)
 %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+3"/>
         <source>Error occured while the data is saving.(2)
 %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+36"/>
         <source>The old working file can not be deleted.
 %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+3"/>
         <source>The working file can not be created.
 %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+133"/>
-        <location line="+410"/>
         <source>The Data Type is not defined.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="-339"/>
         <source>Getting new id or new position index was failed.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+10"/>
-        <location line="+337"/>
         <source>Error occured: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="-271"/>
         <source>DataType must be &quot;Data_Channel&quot; or &quot;Data_Group&quot;.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+55"/>
         <source>The channel config object has not be initialized.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+189"/>
         <source>The database connection does not exist.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+2"/>
         <source>The destination database can not be opened.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+19"/>
         <source>Transaction can not be started.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <location line="+80"/>
         <source>Error occured while the destination database is reading.
 (%1)</source>
         <translation type="unfinished"></translation>

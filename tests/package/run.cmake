@@ -18,11 +18,15 @@ run("${CMAKE_COMMAND}" -S "${CONSUMER_SOURCE}" -B "${CONSUMER_BUILD}" -G "${GENE
 run("${CMAKE_COMMAND}" --build "${CONSUMER_BUILD}")
 run("${CONSUMER_BUILD}/consumer")
 
+run("${CMAKE_COMMAND}" -S "${PRODUCT_SOURCE}" -B "${CONSUMER_BUILD}-product" -G "${GENERATOR}"
+    "-DCMAKE_CXX_COMPILER=${CXX}" "-DKYTE_SOURCE_DIR=${KYTE_SOURCE_DIR}"
+    "-DPACKAGE_DIR=${PREFIX}/${LIBDIR}/cmake/KyEditorCommon")
+
 if(NOT PKG_CONFIG)
     return()
 endif()
 set(ENV{PKG_CONFIG_PATH} "${PREFIX}/${LIBDIR}/pkgconfig")
-execute_process(COMMAND "${PKG_CONFIG}" "--define-variable=prefix=${PREFIX}" --cflags --libs KyEditorCommon
+execute_process(COMMAND "${PKG_CONFIG}" --cflags --libs KyEditorCommon
                 OUTPUT_VARIABLE arguments RESULT_VARIABLE result OUTPUT_STRIP_TRAILING_WHITESPACE)
 if(NOT result EQUAL 0)
     message(FATAL_ERROR "pkg-config does not find KyEditorCommon")

@@ -1,0 +1,116 @@
+#include "KyTestEnvironment.h"
+#include "KyTestMain.h"
+
+#include <KyChannelConfig.h>
+#include <KyDestination.h>
+
+#include <QProcess>
+#include <QTranslator>
+#include <QXmlStreamReader>
+
+using namespace Kyte;
+
+/** Runs the library under a translation that puts every text of the template into brackets. */
+class tst_Translations : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void everyTextOfTheTemplate_isTranslated();
+    void message_isTranslated();
+    void messageWithArgument_isTranslated();
+
+private:
+    QString bracketedCopy(const QByteArray &content);
+
+    QTemporaryDir m_folder;
+    QList<QPair<QByteArray, QString>> m_texts; // context and source
+    int m_messageCount = 0;
+    QTranslator m_translator;
+};
+
+QString tst_Translations::bracketedCopy(const QByteArray &content)
+{
+    QXmlStreamReader reader(content);
+    QByteArray copy;
+    QXmlStreamWriter writer(&copy);
+    QByteArray context;
+    QString source;
+    while (!reader.atEnd()) {
+        reader.readNext();
+        const QString name = reader.name().toString();
+        if (reader.isStartElement() && name == QLatin1String("translation")) {
+            reader.skipCurrentElement();
+            writer.writeTextElement(name, QLatin1Char('[') + source + QLatin1Char(']'));
+        } else if (reader.isStartElement() && (name == QLatin1String("source") || name == QLatin1String("name"))) {
+            const QString text = reader.readElementText();
+            if (name == QLatin1String("name")) {
+                context = text.toUtf8();
+            } else {
+                source = text;
+                m_texts.append({context, source});
+            }
+            writer.writeTextElement(name, text);
+        } else if (!reader.isDTD()) {
+            writer.writeCurrentToken(reader);
+        }
+    }
+    const QString path = m_folder.filePath(QStringLiteral("bracketed.ts"));
+    Test::writeFile(path, copy);
+    return path;
+}
+
+void tst_Translations::initTestCase()
+{
+    const QByteArray content = Test::readFile(qEnvironmentVariable("KYTE_TRANSLATION_TEMPLATE"));
+    QVERIFY(!content.isEmpty());
+    m_messageCount = content.count("<message>");
+    const QString compiled = m_folder.filePath(QStringLiteral("bracketed.qm"));
+    QCOMPARE(QProcess::execute(qEnvironmentVariable("KYTE_LRELEASE"),
+                               {QStringLiteral("-silent"), bracketedCopy(content), QStringLiteral("-qm"), compiled}),
+             0);
+    QVERIFY(m_translator.load(compiled));
+}
+
+void tst_Translations::init()
+{
+    QVERIFY(QCoreApplication::installTranslator(&m_translator));
+}
+
+void tst_Translations::cleanup()
+{
+    QCoreApplication::removeTranslator(&m_translator);
+}
+
+void tst_Translations::everyTextOfTheTemplate_isTranslated()
+{
+    QVERIFY(!m_texts.isEmpty());
+    QCOMPARE(m_texts.size(), m_messageCount);
+    for (const auto &text : qAsConst(m_texts)) {
+        QVERIFY2(text.first.startsWith("Kyte::Ky"), text.first.constData());
+        QCOMPARE(QCoreApplication::translate(text.first.constData(), text.second.toUtf8().constData()),
+                 QLatin1Char('[') + text.second + QLatin1Char(']'));
+    }
+}
+
+void tst_Translations::message_isTranslated()
+{
+    KyDestination destination;
+    destination.startToRead();
+    QCOMPARE(destination.lastErrorMessage(), QStringLiteral("[The database connection does not exist.]"));
+}
+
+void tst_Translations::messageWithArgument_isTranslated()
+{
+    KyChannelConfig config;
+    QVERIFY(!config.getAllChannelInfoFromFiles(QStringLiteral("/no/such/folder")));
+    QCOMPARE(config.lastErrorMessage(),
+             QStringLiteral("[The Channel folder \"%1\" does not exist.]")
+                 .arg(QDir::toNativeSeparators(QStringLiteral("/no/such/folder"))));
+}
+
+KYTE_TEST_MAIN(tst_Translations)
+#include "tst_Translations.moc"
