@@ -23,18 +23,31 @@ static const QString ID_ATTRIBUTE = QStringLiteral("id");
 static const QString NAME_ATTRIBUTE = QStringLiteral("name");
 static const QString INDEX_ATTRIBUTE = QStringLiteral("index");
 
-static const XmlFile::Limits CHANNEL_FILE_LIMITS = {1 << 20, 128 << 10};
-static const XmlFile::Limits MAIN_FILE_LIMITS = {64 << 20, 8 << 10};
+static const int MAX_CHANNEL_FILE_SIZE = 1 << 20;
+static const int MAX_MAIN_FILE_SIZE = 64 << 20;
+static const int MAX_DEPTH = 256;
 
 static bool isElement(const QXmlStreamReader &reader, const QString &name)
 {
     return reader.name().compare(name, Qt::CaseInsensitive) == 0;
 }
 
-/** Moves \a reader behind the start of the root element; false when the document has another root, or none. */
+/** Moves \a reader behind the start of the root element; false when the document has another one or none. */
 static bool enterRoot(QXmlStreamReader *reader)
 {
+    reader->setNamespaceProcessing(false); // nothing here has a namespace, and nested declarations are slow
     return reader->readNextStartElement() && isElement(*reader, XML_ROOT_ELEMENT);
+}
+
+/** The next token. Absurdly deep nesting ends the document, because the reader keeps every open element. */
+static QXmlStreamReader::TokenType readToken(QXmlStreamReader *reader, int *depth)
+{
+    const QXmlStreamReader::TokenType token = reader->readNext();
+    if (token == QXmlStreamReader::EndElement)
+        --*depth;
+    else if (token == QXmlStreamReader::StartElement && ++*depth > MAX_DEPTH)
+        reader->raiseError(QStringLiteral("Elements are nested too deeply."));
+    return reader->tokenType();
 }
 
 static int integerAttribute(const QXmlStreamReader &reader, const QString &name, int fallback)
@@ -49,16 +62,18 @@ static KyChannelConfig::ChannelInfo readChannelFile(const QString &path)
 {
     KyChannelConfig::ChannelInfo channel;
     QByteArray content;
-    if (!XmlFile::read(path, CHANNEL_FILE_LIMITS, &content))
+    if (!XmlFile::read(path, MAX_CHANNEL_FILE_SIZE, &content))
         return channel;
 
     QXmlStreamReader reader(content);
     if (!enterRoot(&reader))
         return channel;
+    int depth = 1;
     while (!reader.atEnd()) {
-        // Letter case counts here, and only here: the applications write "channel", and files with another spelling
-        // have never been taken for channel files.
-        if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == CHANNEL_ELEMENT) {
+        // Letter case counts here, and only here: the applications write "channel", and files with another
+        // spelling have never been taken for channel files.
+        if (readToken(&reader, &depth) == QXmlStreamReader::StartElement
+            && reader.name() == CHANNEL_ELEMENT) {
             channel.id = integerAttribute(reader, ID_ATTRIBUTE, -1);
             channel.name = reader.attributes().value(NAME_ATTRIBUTE).toString();
             channel.index = integerAttribute(reader, INDEX_ATTRIBUTE, -1);
@@ -118,15 +133,16 @@ bool KyChannelConfig::readFile(const QString &path)
     if (!QFileInfo::exists(file))
         return true; // nothing has been assigned yet
     QByteArray content;
-    if (!XmlFile::read(file, MAIN_FILE_LIMITS, &content))
+    if (!XmlFile::read(file, MAX_MAIN_FILE_SIZE, &content))
         return fail(tr("The channel config file can not be open to read."));
 
     QXmlStreamReader reader(content);
     if (!enterRoot(&reader))
         return true;
+    int depth = 1;
     int channelId = -1;
     while (!reader.atEnd()) {
-        const QXmlStreamReader::TokenType token = reader.readNext();
+        const QXmlStreamReader::TokenType token = readToken(&reader, &depth);
         if (token == QXmlStreamReader::StartElement && isElement(reader, CHANNEL_ELEMENT)) {
             channelId = integerAttribute(reader, ID_ATTRIBUTE, -1);
         } else if (token == QXmlStreamReader::EndElement && isElement(reader, CHANNEL_ELEMENT)) {
@@ -233,7 +249,7 @@ bool KyChannelConfig::fail(const QString &message)
     return false;
 }
 
-/** \a path, or the main file of the channel folder where it is empty; empty, with the error set, without a folder. */
+/** \a path, or the main file where it is empty; empty, with the error set, where no folder is known. */
 QString KyChannelConfig::mainFilePath(const QString &path)
 {
     if (!path.isEmpty())

@@ -12,15 +12,16 @@ namespace Kyte {
 /**
  * Reads and writes the XML files of the channel folder, which is the sub-folder "channel" of the data folder.
  *
- * A file "channel*.xml" describes one channel; the main file "chconfig.xml" says which destination belongs to which
- * channel. Root elements are found whatever their letter case. An operation that fails answers false (or an empty
- * text) and leaves the reason in lastErrorMessage(); there are no signals. The class may be used in any thread, by one
- * thread at a time, apart from channelDir() and empty path arguments: these read the application's configuration,
- * which belongs to the main thread.
+ * A file "channel*.xml" describes one channel; the main file "chconfig.xml" says which destination belongs to
+ * which channel. Root elements are found whatever their letter case. An operation that fails answers false
+ * (or an empty text) and leaves the reason in lastErrorMessage(); there are no signals. The class may be used
+ * in any thread, by one thread at a time, apart from channelDir() and empty path arguments: these read the
+ * application's configuration, which belongs to the main thread.
  *
- * A main file of more than 64 MiB (some two million assignments) or a channel file of more than 1 MiB is refused like
- * one that cannot be opened, and so is a file with an absurdly long tag: 8 KiB in the main file, 128 KiB in a channel
- * file, which has room for a name of 10,000 characters however it is escaped.
+ * A main file of more than 64 MiB (some two million assignments) or a channel file of more than 1 MiB is
+ * refused like one that cannot be opened, and so is one that could keep the XML reader busy without end: a
+ * file with a document type, with a tag of more than 64 attributes, or with more than 32 KiB in another
+ * encoding than UTF-8. Elements nested more than 256 deep count as malformed from there on.
  */
 class KYEDITORCOMMON_EXPORT KyChannelConfig : public QObject
 {
@@ -69,21 +70,23 @@ public:
     QString channelDir();
 
     /**
-     * Rebuilds channelList() from the channel files of \a folder (empty: of channelDir()) in the order in which the
-     * folder lists them. Files that cannot be read, or give no id of 0 or more, are left out; "channel.xml" is never
-     * a channel. False when nothing was found.
+     * Rebuilds channelList() from the channel files of \a folder (empty: of channelDir()) in the order in
+     * which the folder lists them. Files that cannot be read, or give no id of 0 or more, are left out;
+     * "channel.xml" is never a channel. False when nothing was found.
      */
     bool getAllChannelInfoFromFiles(const QString &folder);
 
     /**
-     * Rebuilds destChannelMap() from the main file \a path (empty: of channelDir()). A missing file reads as one
-     * without assignments, a malformed one as far as it is well-formed. False when the file cannot be opened.
+     * Rebuilds destChannelMap() from the main file \a path (empty: of channelDir()). A missing file reads as
+     * one without assignments, a malformed one as far as it is well-formed. False when the file cannot be
+     * opened.
      */
     bool readFile(const QString &path);
 
     /**
-     * Writes the main file \a path (empty: of channelDir()) from channelList() and destChannelMap(). Assignments to
-     * channels that are not listed are not written. The former file stays as it was unless all could be written.
+     * Writes the main file \a path (empty: of channelDir()) from channelList() and destChannelMap().
+     * Assignments to channels that are not listed are not written. The former file stays as it was unless all
+     * could be written.
      */
     bool saveFile(const QString &path);
 

@@ -3,33 +3,63 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QXmlStreamReader>
 
 namespace Kyte {
 namespace XmlFile {
 
-static bool hasOvergrownMarkup(const QByteArray &content, int limit)
+static const int MAX_ATTRIBUTES = 64;
+static const int MAX_FOREIGN_SIZE = 32 << 10;
+
+/** Whether the XML reader will take \a content for UTF-8, where a byte that looks like "<" is one. */
+static bool isUtf8(const QByteArray &content)
 {
-    int begin = 0;
-    while (content.size() - begin > limit) {
-        const int next = content.indexOf('<', begin + 1);
-        if ((next < 0 ? content.size() : next) - begin > limit)
-            return true;
-        begin = next;
+    QXmlStreamReader reader(content.left(256));
+    if (content.contains('\0') || reader.readNext() != QXmlStreamReader::StartDocument)
+        return false;
+    const QStringRef encoding = reader.documentEncoding();
+    return encoding.isEmpty() || encoding.compare(QLatin1String("utf-8"), Qt::CaseInsensitive) == 0;
+}
+
+/** The reader compares every attribute of a tag with every other. No tag holds a "<", not even in a value. */
+static bool hasOvergrownTag(const QByteArray &content)
+{
+    int attributes = 0;
+    char end = '<'; // of the text, the tag or the value that is being passed over
+    for (char character : content) {
+        if (character == '<') {
+            attributes = 0;
+            end = '>';
+        } else if (character == end) {
+            end = character == '>' ? '<' : '>';
+        } else if (end == '>' && (character == '"' || character == '\'')) {
+            end = character;
+            if (++attributes > MAX_ATTRIBUTES)
+                return true;
+        }
     }
     return false;
 }
 
-bool read(const QString &path, const Limits &limits, QByteArray *content)
+/** A document type declares entities that unfold without bound, and attributes to look for in every tag. */
+static bool isHarmless(const QByteArray &content)
+{
+    if (!isUtf8(content))
+        return content.size() <= MAX_FOREIGN_SIZE;
+    return !content.contains("<!DOCTYPE") && !hasOvergrownTag(content);
+}
+
+bool read(const QString &path, int sizeLimit, QByteArray *content)
 {
     // Opening a pipe or a device of the expected name could block for ever.
     const QFileInfo info(path);
-    if (!info.isFile() || info.size() > limits.fileSize)
+    if (!info.isFile() || info.size() > sizeLimit)
         return false;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return false;
-    *content = file.read(limits.fileSize + 1); // the file may have grown since
-    return content->size() <= limits.fileSize && !hasOvergrownMarkup(*content, limits.markup);
+    *content = file.read(sizeLimit + 1); // the file may have grown since
+    return file.error() == QFileDevice::NoError && content->size() <= sizeLimit && isHarmless(*content);
 }
 
 bool write(const QString &path, const QByteArray &content)
@@ -41,11 +71,9 @@ bool write(const QString &path, const QByteArray &content)
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return false;
-    file.write(content);
-    // commit() by itself does not notice that the last buffer did not fit on the disk.
-    if (!file.flush() || file.error() != QFileDevice::NoError)
-        return false;
-    return file.commit();
+    // commit() by itself notices neither a part that did not fit on the disk nor a last buffer that did not.
+    return file.write(content) == content.size() && file.flush() && file.error() == QFileDevice::NoError
+        && file.commit();
 }
 
 } // namespace XmlFile

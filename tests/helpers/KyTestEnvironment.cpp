@@ -9,6 +9,11 @@
 #include <QVariant>
 #include <QXmlStreamWriter>
 
+#ifdef Q_OS_LINUX
+#include <sched.h>
+#include <sys/mount.h>
+#endif
+
 namespace Kyte {
 namespace Test {
 
@@ -139,6 +144,57 @@ void Environment::writeMainFile(const QList<QPair<int, QList<int>>> &assignment)
     }
     writer.writeEndDocument();
     writeFile(mainFile(), content);
+}
+
+#ifdef Q_OS_LINUX
+SmallDisk::SmallDisk(int kibibytes)
+{
+    // A mount name space of its own: nobody else sees the disk, and it is gone when the process is, however
+    // it ends.
+    if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+        return;
+    const QByteArray options = "size=" + QByteArray::number(kibibytes) + 'k';
+    m_isMounted =
+        ::mount("tmpfs", QFile::encodeName(m_folder.path()).constData(), "tmpfs", 0, options.constData())
+        == 0;
+}
+
+SmallDisk::~SmallDisk()
+{
+    if (m_isMounted)
+        ::umount2(QFile::encodeName(m_folder.path()).constData(), MNT_DETACH);
+}
+#else
+SmallDisk::SmallDisk(int kibibytes)
+{
+    Q_UNUSED(kibibytes)
+}
+
+SmallDisk::~SmallDisk() = default;
+#endif
+
+bool SmallDisk::isValid() const
+{
+    return m_isMounted;
+}
+
+QString SmallDisk::path() const
+{
+    return m_folder.path();
+}
+
+void SmallDisk::fill() const
+{
+    QFile ballast(m_folder.filePath(QStringLiteral("ballast")));
+    if (!ballast.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        qFatal("Cannot fill the small disk: %s", qPrintable(ballast.errorString()));
+    while (ballast.write("x") == 1) { }
+}
+
+QStringList namesIn(const QString &path)
+{
+    return QDir(path).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                                QDir::Name);
 }
 
 void writeFile(const QString &path, const QByteArray &content)

@@ -58,6 +58,31 @@ private:
     bool m_hadConfigFile = false;
 };
 
+/**
+ * A file system that holds only some pages, so that a disk can run full. It is mounted for this process alone
+ * and goes with the object. Invalid where the system does not offer that, or not to this user: skip the test
+ * then.
+ */
+class SmallDisk
+{
+    Q_DISABLE_COPY(SmallDisk)
+
+public:
+    explicit SmallDisk(int kibibytes);
+    ~SmallDisk();
+
+    bool isValid() const;
+    QString path() const;
+    /** Writes a file "ballast" that takes what is left, to the last byte. */
+    void fill() const;
+
+private:
+    QTemporaryDir m_folder;
+    bool m_isMounted = false;
+};
+
+/** Everything in the folder \a path by name, hidden files included. */
+QStringList namesIn(const QString &path);
 /** Writes \a content to \a path, or ends the test program. */
 void writeFile(const QString &path, const QByteArray &content);
 /** The whole file, empty when it cannot be read. */
