@@ -33,7 +33,8 @@ const QString KyDestination::DATABASE_CONNECTION_NAME_WORK = DESTINATION_CONNECT
 static const QString WORKING_FILE_SUFFIX = QStringLiteral(".work");
 static const int ANY_CATEGORY = -2;
 
-/** Closes the connection at the end of an edit, unless a slot has dropped it or deleted its object by then. */
+/** Closes the connection at the end of an edit, unless a slot has dropped it or deleted its object by then.
+ */
 class CloseAtEnd
 {
     Q_DISABLE_COPY(CloseAtEnd)
@@ -75,7 +76,8 @@ KyDestination::~KyDestination()
     delete m_channelNames;
     delete m_groupNames;
     delete m_channelConfig;
-    // The path is asked, not the mode: the mode can be changed after init(), and the standard file must survive that.
+    // The path is asked, not the mode: the mode can be changed after init(), and the standard file must
+    // survive that.
     if (!m_databaseFilePath.isEmpty() && m_databaseFilePath == getWorkingDatabaseFilePath())
         removeDataBaseFile();
 }
@@ -127,8 +129,8 @@ bool KyDestination::saveData()
 void KyDestination::reconnectDatabase()
 {
     purgeDatabase();
-    m_database = new QSqlDatabase(
-        QSqlDatabase::addDatabase(DestinationSql::DRIVER_NAME, getDatabaseConnectionName()));
+    m_database =
+        new QSqlDatabase(QSqlDatabase::addDatabase(DestinationSql::DRIVER_NAME, getDatabaseConnectionName()));
     m_database->setDatabaseName(m_databaseFilePath);
 }
 
@@ -136,8 +138,9 @@ void KyDestination::purgeDatabase()
 {
     if (!m_database)
         return;
-    // The name is asked of the handle: it is empty when a later object of the same mode has taken the name over, whose
-    // connection must go on working. Qt warns when a connection is removed while there is a handle on it.
+    // The name is asked of the handle: it is empty when a later object of the same mode has taken the name
+    // over, whose connection must go on working. Qt warns when a connection is removed while there is a
+    // handle on it.
     const QString name = m_database->connectionName();
     delete m_database;
     m_database = nullptr;
@@ -267,8 +270,8 @@ void KyDestination::startToRead()
     KyRecordBatch batch;
     if (!emitFullBatches(&query, &batch))
         return;
-    // The number of destinations in the incomplete batch, not of all that were read: what the applications show is
-    // built on that.
+    // The number of destinations in the incomplete batch, not of all that were read: what the applications
+    // show is built on that.
     m_enabledCount = batch.count();
     if (batch.count() > 0) {
         if (isSingle) {
@@ -320,8 +323,7 @@ void KyDestination::readDestinations(int channelId, int groupId)
     emit readingDestinationStarted(channelId, groupId);
     if (!self || !beginOperation())
         return;
-    QSqlQuery query =
-        select(DestinationSql::selectDestinations(channelId, groupId, m_maxDestinationCount));
+    QSqlQuery query = select(DestinationSql::selectDestinations(channelId, groupId, m_maxDestinationCount));
     if (!query.isActive()) {
         fail(readingError(query));
         return;
@@ -426,9 +428,8 @@ bool KyDestination::removeGroup(int id)
     return removeCategory(Data_Group, id);
 }
 
-QList<int> KyDestination::changeDestinationCategory(const QList<int> &destinationIds,
-                                                    int categoryId,
-                                                    DataType type)
+QList<int>
+KyDestination::changeDestinationCategory(const QList<int> &destinationIds, int categoryId, DataType type)
 {
     QList<int> moved;
     if (!beginOperation())
@@ -472,7 +473,8 @@ int KyDestination::getNewId(DataType type)
             break;
         ++candidate;
     }
-    // A negative id is the first one read and stops the walk: adding is refused as long as there is such a row.
+    // A negative id is the first one read and stops the walk: adding is refused as long as there is such a
+    // row.
     return lastId < 0 ? lastId : candidate;
 }
 
@@ -587,8 +589,8 @@ bool KyDestination::initDataBase()
         if (!ok)
             return false;
     }
-    m_database = new QSqlDatabase(
-        QSqlDatabase::addDatabase(DestinationSql::DRIVER_NAME, getDatabaseConnectionName()));
+    m_database =
+        new QSqlDatabase(QSqlDatabase::addDatabase(DestinationSql::DRIVER_NAME, getDatabaseConnectionName()));
     m_database->setDatabaseName(path);
     if (!createSchema()) {
         QString ignored;
@@ -600,7 +602,8 @@ bool KyDestination::initDataBase()
     return true;
 }
 
-/** Opens the connection, creates what is missing and closes it again; after a failure there is no connection. */
+/** Opens the connection, creates what is missing and closes it again; after a failure there is no connection.
+ */
 bool KyDestination::createSchema()
 {
     if (!m_database->open()) {
@@ -643,7 +646,8 @@ bool KyDestination::mergeConfigData(KyChannelConfig &channelConfig)
         m_database->commit();
     }
 
-    // Without the assignment every destination would drop out of its channel, so the rows are left alone instead.
+    // Without the assignment every destination would drop out of its channel, so the rows are left alone
+    // instead.
     if (!channelConfig.readFile(QString()))
         return true;
     const KyConfig *config = KyEditorConfig::getConfig();
@@ -691,7 +695,8 @@ bool KyDestination::beginOperation()
     return error.isEmpty() || fail(error);
 }
 
-/** Opens an edit of a category table with a transaction. Its caller sees to it that the connection is closed. */
+/** Opens an edit of a category table with a transaction. Its caller sees to it that the connection is closed.
+ */
 bool KyDestination::beginEdit(DataType type)
 {
     if (!beginOperation())
@@ -710,7 +715,8 @@ bool KyDestination::rollback(const QSqlQuery &query)
     return fail(error);
 }
 
-/** Executes \a statement; the query is inactive when that fails, or when a slot closed or dropped the connection. */
+/** Executes \a statement; the query is inactive when that fails, or when a slot closed or dropped the
+ * connection. */
 QSqlQuery KyDestination::select(const QString &statement) const
 {
     if (!m_database || !m_database->isOpen())
@@ -760,7 +766,8 @@ void KyDestination::readNames(DataType type)
         map->insert(rows.id(), rows.name());
 }
 
-/** Emits the rows of \a query ten by ten; the rest stays in \a batch. False when a slot deleted this object. */
+/** Emits the rows of \a query ten by ten; the rest stays in \a batch. False when a slot deleted this object.
+ */
 bool KyDestination::emitFullBatches(QSqlQuery *query, KyRecordBatch *batch)
 {
     const QPointer<KyDestination> self(this);

@@ -22,20 +22,20 @@ class KyRecordBatch;
  * The list of upload destinations, with the channels and groups that they belong to, in the SQLite file
  * "destination.kyb" of the channel folder.
  *
- * Create the object, choose the mode, call init(), then read and edit. In normal mode the object works on the file
- * itself. In setting mode it works on a copy ("destination.kyb.work") until saveData() puts that in the place of the
- * file; the copy is deleted with the object, and unsaved edits with it. A caller learns from the fingerprint whether
- * the file was changed since by anybody: it compares reservedDatabaseFileHashSha1() with
+ * Create the object, choose the mode, call init(), then read and edit. In normal mode the object works on the
+ * file itself. In setting mode it works on a copy ("destination.kyb.work") until saveData() puts that in the
+ * place of the file; the copy is deleted with the object, and unsaved edits with it. A caller learns from the
+ * fingerprint whether the file was changed since by anybody: it compares reservedDatabaseFileHashSha1() with
  * currentDatabaseFileHashSha1().
  *
- * An operation that fails answers false, an empty list or nothing, keeps a text in lastErrorMessage() and, apart from
- * saving, emits errorOccured() with it. Readings deliver through signals, which are emitted while the operation runs:
- * a slot may call back into the object, or delete it. An edit made by a slot closes the database, and the reading
- * then ends as if there were no more rows. Edits leave the database closed, readings and
- * changeDestinationCategory() leave it open.
+ * An operation that fails answers false, an empty list or nothing, keeps a text in lastErrorMessage() and,
+ * apart from saving, emits errorOccured() with it. Readings deliver through signals, which are emitted while
+ * the operation runs: a slot may call back into the object, or delete it. An edit made by a slot closes the
+ * database, and the reading then ends as if there were no more rows. Edits leave the database closed,
+ * readings and changeDestinationCategory() leave it open.
  *
- * The object belongs to the thread that called init(). A process may hold one object of each mode: two of the same
- * mode share the name of their connection, and the later one takes it from the earlier one.
+ * The object belongs to the thread that called init(). A process may hold one object of each mode: two of the
+ * same mode share the name of their connection, and the later one takes it from the earlier one.
  */
 class KYEDITORCOMMON_EXPORT KyDestination : public QObject
 {
@@ -43,15 +43,12 @@ class KYEDITORCOMMON_EXPORT KyDestination : public QObject
     Q_DISABLE_COPY(KyDestination)
 
 public:
-    static const QString DATABASE_FILE_NAME;            ///< "destination.kyb"
-    static const QString DATABASE_CONNECTION_NAME_STD;  ///< connection of normal mode
+    static const QString DATABASE_FILE_NAME; ///< "destination.kyb"
+    static const QString DATABASE_CONNECTION_NAME_STD; ///< connection of normal mode
     static const QString DATABASE_CONNECTION_NAME_WORK; ///< connection of setting mode
 
     /** The kind of category. Every operation refuses other values. */
-    enum DataType {
-        Data_Channel = 0,
-        Data_Group = 1
-    };
+    enum DataType { Data_Channel = 0, Data_Group = 1 };
 
     explicit KyDestination(QObject *parent = nullptr);
     /** Drops the connection and, in setting mode, the working copy. */
@@ -59,17 +56,18 @@ public:
 
     /**
      * Prepares folder, file and schema and synchronises the database with the channel files and with the core
-     * configuration: channels are rebuilt, destinations that the configuration no longer lists are deleted, new ones
-     * inserted, known ones updated except for their group. Missing channel files and a missing "chconfig.xml" are no
-     * errors; a "chconfig.xml" that cannot be opened leaves the destinations as they were. Stamps have whole seconds,
-     * so of two synchronisations in one second the second deletes nothing that the first wrote.
+     * configuration: channels are rebuilt, destinations that the configuration no longer lists are deleted,
+     * new ones inserted, known ones updated except for their group. Missing channel files and a missing
+     * "chconfig.xml" are no errors; a "chconfig.xml" that cannot be opened leaves the destinations as they
+     * were. Stamps have whole seconds, so of two synchronisations in one second the second deletes nothing
+     * that the first wrote.
      *
      * Ends with initialized(), or with errorOccured() and false. The database is closed afterwards.
      */
     bool init();
     /**
-     * Writes "chconfig.xml" and, in setting mode, puts the working copy in the place of the database file. The
-     * working copy stays. Whatever fails, either the old or the new content of each file is there.
+     * Writes "chconfig.xml" and, in setting mode, puts the working copy in the place of the database file.
+     * The working copy stays. Whatever fails, either the old or the new content of each file is there.
      */
     bool saveData();
     /** Drops the connection and makes it anew on the same file, not yet opened. */
@@ -78,8 +76,8 @@ public:
     void purgeDatabase();
 
     /**
-     * Replaces the working copy by a copy of \a standardPath, if that exists; answers the working path in any case.
-     * \a ok (may be null) tells whether all went well.
+     * Replaces the working copy by a copy of \a standardPath, if that exists; answers the working path in any
+     * case. \a ok (may be null) tells whether all went well.
      */
     QString copyDatabaseFileAsWorkingFile(const QString &standardPath, bool *ok);
     QString getStandardDatabaseFilePath();
@@ -88,7 +86,8 @@ public:
     /** The statements that create tables and indexes where they are missing, in order. */
     static QStringList getDataBaseCreationScript();
 
-    /** SHA-1 of the database file in use, lower-case hex: as of the last init() or saveData(), and as of now. */
+    /** SHA-1 of the database file in use, lower-case hex: as of the last init() or saveData(), and as of now.
+     */
     QString reservedDatabaseFileHashSha1() const;
     void setReservedDatabaseFileHashSha1(const QString &hash);
     QString currentDatabaseFileHashSha1() const;
@@ -105,13 +104,15 @@ public:
     static QString decryptString(const QString &text);
     /** The local time as stored in "updatetime": "yyyy-MM-dd hh:mm:ss". */
     static QString getCurrentTimeForDatabaseString();
-    /** Parses Qt's text form of a date, which is not the form of getCurrentTimeForDatabaseString(): see there. */
+    /** Parses Qt's text form of a date, which is not the form of getCurrentTimeForDatabaseString(): see
+     * there. */
     static QDateTime getDateTimeFromDatabaseString(QString text);
 
     /**
-     * Reads the categories of dataType() into one list and the destinations, by position and name, in lists of ten,
-     * and ends with allItemsReadingFinished(). Destinations in no channel are left out, except in single mode (both
-     * maxima are 1), where the one destination is shown in the first category that was read.
+     * Reads the categories of dataType() into one list and the destinations, by position and name, in lists
+     * of ten, and ends with allItemsReadingFinished(). Destinations in no channel are left out, except in
+     * single mode (both maxima are 1), where the one destination is shown in the first category that was
+     * read.
      */
     void startToRead();
     /** Reads one kind of category: categoryReadingStarted(), one list, categoryReadingFinished(). */
@@ -119,14 +120,15 @@ public:
     void readChannels();
     void readGroups();
     /**
-     * Reads the destinations of a channel and of a group (-1: those in none; -2 or less: any), in no order, in lists
-     * of ten: readingDestinationStarted(), the lists, allItemsReadingFinished().
+     * Reads the destinations of a channel and of a group (-1: those in none; -2 or less: any), in no order,
+     * in lists of ten: readingDestinationStarted(), the lists, allItemsReadingFinished().
      */
     void readDestinations(int channelId, int groupId);
     void readDestinationsInChannel(int channelId);
     void readDestinationsInGroup(int groupId);
 
-    /** Adds a category at the end with the lowest free id, which \a newId (may be null) receives; -1 on failure. */
+    /** Adds a category at the end with the lowest free id, which \a newId (may be null) receives; -1 on
+     * failure. */
     bool addNewCategory(DataType type, const QString &name, int *newId);
     bool addNewGroup(const QString &name, int *newId);
     /** Renames a category; a missing id is no error. */
@@ -136,17 +138,19 @@ public:
     bool removeCategory(DataType type, int id);
     bool removeGroup(int id);
     /**
-     * Moves destinations to a category (-1: out of any) and answers the ids that were moved. Ids that no destination
-     * has are among them.
+     * Moves destinations to a category (-1: out of any) and answers the ids that were moved. Ids that no
+     * destination has are among them.
      */
     QList<int> changeDestinationCategory(const QList<int> &destinationIds, int categoryId, DataType type);
 
-    /** The lowest free id, 0 or more; -1 when the database is not open; a negative id that is in the table if any. */
+    /** The lowest free id, 0 or more; -1 when the database is not open; a negative id that is in the table if
+     * any. */
     int getNewId(DataType type);
     /** The position behind the last one; 0 for an empty table and when the database is not open. */
     int getNewPosIndex(DataType type);
 
-    /** Writes the assignment of destinations to channels to "chconfig.xml". Sets the error text, emits nothing. */
+    /** Writes the assignment of destinations to channels to "chconfig.xml". Sets the error text, emits
+     * nothing. */
     bool saveChannelConfigToFile();
 
     /** The kind of category that startToRead() delivers. */
@@ -154,8 +158,8 @@ public:
     void setDataType(const DataType &dataType);
 
     /**
-     * Names by id as of the last reading; an edit empties the map of its kind. The maps belong to the object, also
-     * those handed in, which may be null; a replaced map does not any more and is not deleted.
+     * Names by id as of the last reading; an edit empties the map of its kind. The maps belong to the object,
+     * also those handed in, which may be null; a replaced map does not any more and is not deleted.
      */
     QMap<int, QString> *channelNames() const;
     void setChannelNames(QMap<int, QString> *channelNames);
@@ -213,7 +217,7 @@ private:
     QString m_lastErrorMessage;
     DataType m_dataType = Data_Channel;
     QMap<int, QString> *m_channelNames = nullptr; // owned
-    QMap<int, QString> *m_groupNames = nullptr;   // owned
+    QMap<int, QString> *m_groupNames = nullptr; // owned
     int m_enabledCount = 0;
     bool m_settingMode = false;
     QString m_reservedDatabaseFileHash;

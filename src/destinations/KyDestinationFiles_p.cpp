@@ -125,8 +125,8 @@ ReplaceResult replace(const QString &source, const QString &target, QString *rea
         }
     }
 
-    // A journal of the old file would be applied to the new one. It is honoured before it is deleted, because the old
-    // file may still be the one that stays.
+    // A journal of the old file would be applied to the new one. It is honoured before it is deleted, because
+    // the old file may still be the one that stays.
     {
         const ReadLock lock(target);
     }

@@ -12,9 +12,10 @@ namespace Kyte {
 namespace DestinationFiles {
 
 /**
- * Keeps other processes from writing to a database file while the object lives. Taking the lock also honours a
- * journal that a crashed process left beside the file, so that the bytes of the file alone are the whole database.
- * A missing file is not created. A file that is no database, or stays locked by a writer, is simply not locked.
+ * Keeps other processes from writing to a database file while the object lives. Taking the lock also honours
+ * a journal that a crashed process left beside the file, so that the bytes of the file alone are the whole
+ * database. A missing file is not created. A file that is no database, or stays locked by a writer, is simply
+ * not locked.
  */
 class ReadLock
 {
@@ -42,8 +43,8 @@ enum class ReplaceResult {
 };
 
 /**
- * Puts a copy of the database \a source in the place of \a target. The copy is completed beside \a target and then
- * takes its place in one step, so that whatever happens either the old or the new content is there.
+ * Puts a copy of the database \a source in the place of \a target. The copy is completed beside \a target and
+ * then takes its place in one step, so that whatever happens either the old or the new content is there.
  */
 ReplaceResult replace(const QString &source, const QString &target, QString *reason);
 

@@ -9,8 +9,9 @@ class QSqlQuery;
 namespace Kyte {
 
 /**
- * Makes records of the rows of a query. Columns are looked up by name once, when the query has been executed: tables
- * made by other releases may have their columns in another order. A missing column reads as empty, ids as -1.
+ * Makes records of the rows of a query. Columns are looked up by name once, when the query has been executed:
+ * tables made by other releases may have their columns in another order. A missing column reads as empty, ids
+ * as -1.
  */
 class KyDestinationRows
 {
@@ -41,8 +42,8 @@ private:
 };
 
 /**
- * Records on their way into a signal, ten at a time. Making a QObject costs more than reading its row, so the records
- * of a batch that no receiver kept are filled again.
+ * Records on their way into a signal, ten at a time. Making a QObject costs more than reading its row, so the
+ * records of a batch that no receiver kept are filled again.
  */
 class KyRecordBatch
 {

@@ -10,29 +10,30 @@ const QString CHANNEL_COLUMN = QStringLiteral("channel_id");
 const QString GROUP_COLUMN = QStringLiteral("group_id");
 const QString TIMESTAMP_FORMAT = QStringLiteral("yyyy-MM-dd hh:mm:ss");
 
-// Single quotes belong here and in the creation script only: SQLite takes them for identifiers where nothing else
-// can stand, and for string literals everywhere else.
+// Single quotes belong here and in the creation script only: SQLite takes them for identifiers where nothing
+// else can stand, and for string literals everywhere else.
 const QString DELETE_CHANNELS = QStringLiteral("DELETE FROM 'channel_tbl'");
 
 const QString INSERT_CHANNEL =
     QStringLiteral("INSERT INTO channel_tbl (id, name, posindex, updatetime) VALUES (?, ?, ?, ?)");
 
-// One statement in place of looking the row up, then updating or inserting it. A group is not among the updated
-// columns: membership survives a synchronisation, while the position is reset every time, on purpose.
+// One statement in place of looking the row up, then updating or inserting it. A group is not among the
+// updated columns: membership survives a synchronisation, while the position is reset every time, on purpose.
 const QString UPSERT_DESTINATION = QStringLiteral(
-    "INSERT INTO destination_tbl (id, name, posindex, address, shared, user, password, channel_id, group_id, updatetime)"
+    "INSERT INTO destination_tbl (id, name, posindex, address, shared, user, password, channel_id, group_id, "
+    "updatetime)"
     " VALUES (?, ?, 0, ?, ?, ?, ?, ?, -1, ?)"
     " ON CONFLICT(id) DO UPDATE SET name=excluded.name, posindex=excluded.posindex, address=excluded.address,"
     " shared=excluded.shared, user=excluded.user, password=excluded.password, channel_id=excluded.channel_id,"
     " updatetime=excluded.updatetime");
 
-const QString UPDATE_DESTINATION = QStringLiteral(
-    "UPDATE destination_tbl SET name=?, posindex=0, address=?, shared=?, user=?, password=?, channel_id=?, group_id=?,"
-    " updatetime=? WHERE id=?");
+const QString UPDATE_DESTINATION = QStringLiteral("UPDATE destination_tbl SET name=?, posindex=0, address=?, "
+                                                  "shared=?, user=?, password=?, channel_id=?, group_id=?,"
+                                                  " updatetime=? WHERE id=?");
 
-const QString SELECT_ODD_GROUPS = QStringLiteral(
-    "SELECT id, group_id FROM destination_tbl"
-    " WHERE typeof(group_id)<>'integer' OR group_id NOT BETWEEN -2147483648 AND 2147483647");
+const QString SELECT_ODD_GROUPS =
+    QStringLiteral("SELECT id, group_id FROM destination_tbl"
+                   " WHERE typeof(group_id)<>'integer' OR group_id NOT BETWEEN -2147483648 AND 2147483647");
 
 const QString DELETE_OTHER_DESTINATIONS = QStringLiteral("DELETE FROM destination_tbl WHERE updatetime<>?");
 
@@ -151,7 +152,8 @@ QString selectDestinations(int channelId, int groupId, int maximum)
         conditions.append(QStringLiteral("group_id=%1").arg(groupId));
     conditions.append(QStringLiteral("id IN (SELECT id FROM destination_tbl ORDER BY posindex, name%1)")
                           .arg(limitClause(maximum)));
-    return QStringLiteral("SELECT * FROM destination_tbl WHERE %1").arg(conditions.join(QLatin1String(" AND ")));
+    return QStringLiteral("SELECT * FROM destination_tbl WHERE %1")
+        .arg(conditions.join(QLatin1String(" AND ")));
 }
 
 QString selectSortedDestinations(bool assignedOnly, int maximum)

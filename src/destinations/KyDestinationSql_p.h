@@ -5,23 +5,24 @@
 
 namespace Kyte {
 
-/** Names and statements of the destination database. Every text is complete SQL; values are bound where a "?" stands. */
+/** Names and statements of the destination database. Every text is complete SQL; values are bound where a "?"
+ * stands. */
 namespace DestinationSql {
 
 extern const QString DRIVER_NAME;
 extern const QString CHANNEL_TABLE;
 extern const QString GROUP_TABLE;
 extern const QString CHANNEL_COLUMN; ///< of the destination table
-extern const QString GROUP_COLUMN;   ///< of the destination table
+extern const QString GROUP_COLUMN; ///< of the destination table
 extern const QString TIMESTAMP_FORMAT;
 
 extern const QString DELETE_CHANNELS;
-extern const QString INSERT_CHANNEL;            ///< id, name, posindex, updatetime
-extern const QString UPSERT_DESTINATION;        ///< id, name, address, shared, user, password, channel, updatetime
-extern const QString UPDATE_DESTINATION;        ///< as above without the id, then group, updatetime and the id
-extern const QString SELECT_ODD_GROUPS;         ///< id and group_id where that is no integer of 32 bits
+extern const QString INSERT_CHANNEL; ///< id, name, posindex, updatetime
+extern const QString UPSERT_DESTINATION; ///< id, name, address, shared, user, password, channel, updatetime
+extern const QString UPDATE_DESTINATION; ///< as above without the id, then group, updatetime and the id
+extern const QString SELECT_ODD_GROUPS; ///< id and group_id where that is no integer of 32 bits
 extern const QString DELETE_OTHER_DESTINATIONS; ///< updatetime
-extern const QString SELECT_ASSIGNMENT;         ///< id and channel_id of every destination
+extern const QString SELECT_ASSIGNMENT; ///< id and channel_id of every destination
 
 /** The statements that create what is missing, in their order. */
 QStringList creationScript();
@@ -33,16 +34,16 @@ QString selectCategories(const QString &table, int maximum);
 QString selectIds(const QString &table);
 QString selectNextPosIndex(const QString &table);
 QString selectAll(const QString &table);
-QString insertCategory(const QString &table);                            ///< id, name, posindex, updatetime
-QString renameCategory(const QString &table);                            ///< name, id
-QString deleteCategory(const QString &table);                            ///< id
-QString detachDestinations(const QString &column);                       ///< category
-QString moveDestination(const QString &column);                          ///< category, updatetime, id
+QString insertCategory(const QString &table); ///< id, name, posindex, updatetime
+QString renameCategory(const QString &table); ///< name, id
+QString deleteCategory(const QString &table); ///< id
+QString detachDestinations(const QString &column); ///< category
+QString moveDestination(const QString &column); ///< category, updatetime, id
 
 /**
- * The destinations of one channel and group; -2 or less in \a channelId or \a groupId means any. The limit picks the
- * first destinations of the whole table by position and name, and the filter applies to those; the rows themselves
- * come in no order.
+ * The destinations of one channel and group; -2 or less in \a channelId or \a groupId means any. The limit
+ * picks the first destinations of the whole table by position and name, and the filter applies to those; the
+ * rows themselves come in no order.
  */
 QString selectDestinations(int channelId, int groupId, int maximum);
 /** All destinations by position and name; with \a assignedOnly those that are in a channel. */

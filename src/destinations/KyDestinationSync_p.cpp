@@ -16,8 +16,8 @@ namespace Kyte {
 namespace DestinationSync {
 
 /**
- * Whether \a query failed because the database cannot be written any more, as opposed to a row that it refuses.
- * SQLite ends the transaction by itself then, and further statements would be committed one by one.
+ * Whether \a query failed because the database cannot be written any more, as opposed to a row that it
+ * refuses. SQLite ends the transaction by itself then, and further statements would be committed one by one.
  */
 static bool isStorageFailure(const QSqlQuery &query)
 {
@@ -27,7 +27,8 @@ static bool isStorageFailure(const QSqlQuery &query)
     return std::find(FAILURES.cbegin(), FAILURES.cend(), code) != FAILURES.cend();
 }
 
-/** The groups that are no integers of 32 bits, by destination, as what QVariant makes of them: -1 unless they convert. */
+/** The groups that are no integers of 32 bits, by destination, as what QVariant makes of them: -1 unless they
+ * convert. */
 static QHash<int, int> readOddGroups(const QSqlDatabase &database)
 {
     QHash<int, int> groups;
@@ -58,8 +59,10 @@ void writeChannels(const QSqlDatabase &database,
     }
 }
 
-/** Binds what both statements set from \a destination, beginning at \a position; answers the position behind it. */
-static int bindDestination(QSqlQuery *query, int position, const KyConfig::Destination &destination, int channelId)
+/** Binds what both statements set from \a destination, beginning at \a position; answers the position behind
+ * it. */
+static int
+bindDestination(QSqlQuery *query, int position, const KyConfig::Destination &destination, int channelId)
 {
     query->bindValue(position++, destination.name);
     query->bindValue(position++, destination.address);

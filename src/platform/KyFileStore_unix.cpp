@@ -41,7 +41,8 @@ bool canBeDeleted(const QString &path, QString *reason)
         return refuse(EPERM, reason);
     if (access(folderName.constData(), W_OK | X_OK) != 0)
         return refuse(errno, reason);
-    // A file without write permission can be deleted all the same; one that is marked immutable answers EPERM.
+    // A file without write permission can be deleted all the same; one that is marked immutable answers
+    // EPERM.
     if (!S_ISLNK(file.st_mode) && access(name.constData(), W_OK) != 0 && errno == EPERM)
         return refuse(EPERM, reason);
     return true;
@@ -64,7 +65,8 @@ ReplaceResult replace(const QString &source, const QString &target, QString *rea
     refuse(error, reason);
     const bool isProtected = error == EPERM || error == EACCES || error == EBUSY || error == EISDIR
         || error == ENOTEMPTY || error == EEXIST || error == EROFS;
-    return isProtected && QFileInfo::exists(target) ? ReplaceResult::TargetIsProtected : ReplaceResult::Failed;
+    return isProtected && QFileInfo::exists(target) ? ReplaceResult::TargetIsProtected
+                                                    : ReplaceResult::Failed;
 }
 
 void syncFolder(const QString &folder)

@@ -41,8 +41,9 @@ bool canBeDeleted(const QString &path, QString *reason)
     if (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY))
         return refuse(ERROR_ACCESS_DENIED, reason);
     // Asking for the right to delete fails while somebody holds the file open without sharing that right.
-    const HANDLE file = CreateFileW(wide(name), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                    nullptr, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+    const HANDLE file =
+        CreateFileW(wide(name), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                    OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
     if (file == INVALID_HANDLE_VALUE)
         return refuse(GetLastError(), reason);
     CloseHandle(file);
@@ -64,7 +65,8 @@ ReplaceResult replace(const QString &source, const QString &target, QString *rea
     refuse(error, reason);
     const bool isProtected = error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION
         || error == ERROR_LOCK_VIOLATION || error == ERROR_USER_MAPPED_FILE;
-    return isProtected && QFileInfo::exists(target) ? ReplaceResult::TargetIsProtected : ReplaceResult::Failed;
+    return isProtected && QFileInfo::exists(target) ? ReplaceResult::TargetIsProtected
+                                                    : ReplaceResult::Failed;
 }
 
 void syncFolder(const QString &)
