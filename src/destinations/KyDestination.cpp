@@ -33,7 +33,8 @@ const QString KyDestination::DATABASE_CONNECTION_NAME_WORK = DESTINATION_CONNECT
 static const QString WORKING_FILE_SUFFIX = QStringLiteral(".work");
 static const int ANY_CATEGORY = -2;
 
-/** Closes the connection at the end of an edit, unless a slot has dropped it or deleted its object by then.
+/**
+ * Closes the connection at the end of an edit, unless a slot has dropped it or deleted its object by then.
  */
 class CloseAtEnd
 {
@@ -72,19 +73,16 @@ KyDestination::KyDestination(QObject *parent)
 
 KyDestination::~KyDestination()
 {
-    purgeDatabase();
+    dropDatabase();
     delete m_channelNames;
     delete m_groupNames;
     delete m_channelConfig;
-    // The path is asked, not the mode: the mode can be changed after init(), and the standard file must
-    // survive that.
-    if (!m_databaseFilePath.isEmpty() && m_databaseFilePath == getWorkingDatabaseFilePath())
-        removeDataBaseFile();
 }
 
 bool KyDestination::init()
 {
     clearLastErrorMessage();
+    dropDatabase(); // of an earlier init(), in whatever mode and folder
     delete m_channelConfig;
     m_channelConfig = new KyChannelConfig(nullptr);
     m_channelDir = m_channelConfig->channelDir();
@@ -107,8 +105,7 @@ bool KyDestination::saveData()
     if (!saveChannelConfigToFile())
         return false;
     clearLastErrorMessage();
-    const bool hasWorkingCopy = m_databaseFilePath == getWorkingDatabaseFilePath();
-    if (!m_settingMode || !hasWorkingCopy)
+    if (!m_settingMode || !hasWorkingCopy())
         return true;
 
     QString reason;
@@ -417,7 +414,6 @@ bool KyDestination::removeCategory(DataType type, int id)
     QSqlQuery detach(*m_database);
     detach.prepare(DestinationSql::detachDestinations(columnName(type)));
     detach.addBindValue(id);
-    detach.addBindValue(id);
     detach.exec(); // the category is gone either way
     m_database->commit();
     return true;
@@ -504,6 +500,11 @@ bool KyDestination::saveChannelConfigToFile()
     }
     while (query.next())
         m_channelConfig->insertDestination(query.value(0).toInt(), query.value(1).toInt());
+    if (query.lastError().isValid()) {
+        // A damaged page ended the rows. A file of what came before would lose all the other assignments.
+        m_lastErrorMessage = readingError(query);
+        return false;
+    }
     if (m_channelConfig->saveFile(QString()))
         return true;
     m_lastErrorMessage = m_channelConfig->lastErrorMessage();
@@ -581,7 +582,6 @@ bool KyDestination::fail(const QString &message)
 
 bool KyDestination::initDataBase()
 {
-    purgeDatabase(); // of an earlier init()
     QString path = getStandardDatabaseFilePath();
     if (m_settingMode) {
         bool ok = false;
@@ -602,7 +602,9 @@ bool KyDestination::initDataBase()
     return true;
 }
 
-/** Opens the connection, creates what is missing and closes it again; after a failure there is no connection.
+/**
+ * Opens the connection, creates what is missing and closes it again; after a failure there is no
+ * connection.
  */
 bool KyDestination::createSchema()
 {
@@ -671,6 +673,23 @@ void KyDestination::closeDataBaseOnError(bool close)
     purgeDatabase();
 }
 
+/** Drops the connection and the working copy, and forgets which file it was. */
+void KyDestination::dropDatabase()
+{
+    // A later object of the same mode that took the connection's name over has made the working copy anew.
+    const bool isTakenOver = m_database && m_database->connectionName().isEmpty();
+    purgeDatabase();
+    if (hasWorkingCopy() && !isTakenOver)
+        removeDataBaseFile();
+    m_databaseFilePath.clear();
+}
+
+/** The path tells, not the mode: that can be changed after init(), and the standard file must survive it. */
+bool KyDestination::hasWorkingCopy()
+{
+    return !m_databaseFilePath.isEmpty() && m_databaseFilePath == getWorkingDatabaseFilePath();
+}
+
 void KyDestination::removeDataBaseFile()
 {
     QString reason;
@@ -695,7 +714,9 @@ bool KyDestination::beginOperation()
     return error.isEmpty() || fail(error);
 }
 
-/** Opens an edit of a category table with a transaction. Its caller sees to it that the connection is closed.
+/**
+ * Opens an edit of a category table with a transaction. Its caller sees to it that the connection is
+ * closed.
  */
 bool KyDestination::beginEdit(DataType type)
 {
@@ -715,8 +736,10 @@ bool KyDestination::rollback(const QSqlQuery &query)
     return fail(error);
 }
 
-/** Executes \a statement; the query is inactive when that fails, or when a slot closed or dropped the
- * connection. */
+/**
+ * Executes \a statement; the query is inactive when that fails, or when a slot closed or dropped the
+ * connection.
+ */
 QSqlQuery KyDestination::select(const QString &statement) const
 {
     if (!m_database || !m_database->isOpen())
@@ -766,7 +789,9 @@ void KyDestination::readNames(DataType type)
         map->insert(rows.id(), rows.name());
 }
 
-/** Emits the rows of \a query ten by ten; the rest stays in \a batch. False when a slot deleted this object.
+/**
+ * Emits the rows of \a query ten by ten; the rest stays in \a batch. False when a slot deleted this
+ * object.
  */
 bool KyDestination::emitFullBatches(QSqlQuery *query, KyRecordBatch *batch)
 {

@@ -86,7 +86,9 @@ public:
     /** The statements that create tables and indexes where they are missing, in order. */
     static QStringList getDataBaseCreationScript();
 
-    /** SHA-1 of the database file in use, lower-case hex: as of the last init() or saveData(), and as of now.
+    /**
+     * SHA-1 of the database file in use, lower-case hex: as of the last init() or saveData(), and as of
+     * now.
      */
     QString reservedDatabaseFileHashSha1() const;
     void setReservedDatabaseFileHashSha1(const QString &hash);
@@ -104,8 +106,10 @@ public:
     static QString decryptString(const QString &text);
     /** The local time as stored in "updatetime": "yyyy-MM-dd hh:mm:ss". */
     static QString getCurrentTimeForDatabaseString();
-    /** Parses Qt's text form of a date, which is not the form of getCurrentTimeForDatabaseString(): see
-     * there. */
+    /**
+     * Parses Qt's text form of a date, which is not the form of getCurrentTimeForDatabaseString(): see
+     * there.
+     */
     static QDateTime getDateTimeFromDatabaseString(QString text);
 
     /**
@@ -127,8 +131,10 @@ public:
     void readDestinationsInChannel(int channelId);
     void readDestinationsInGroup(int groupId);
 
-    /** Adds a category at the end with the lowest free id, which \a newId (may be null) receives; -1 on
-     * failure. */
+    /**
+     * Adds a category at the end with the lowest free id, which \a newId (may be null) receives; -1 on
+     * failure.
+     */
     bool addNewCategory(DataType type, const QString &name, int *newId);
     bool addNewGroup(const QString &name, int *newId);
     /** Renames a category; a missing id is no error. */
@@ -143,14 +149,18 @@ public:
      */
     QList<int> changeDestinationCategory(const QList<int> &destinationIds, int categoryId, DataType type);
 
-    /** The lowest free id, 0 or more; -1 when the database is not open; a negative id that is in the table if
-     * any. */
+    /**
+     * The lowest free id, 0 or more; -1 when the database is not open; a negative id that is in the table
+     * if any.
+     */
     int getNewId(DataType type);
     /** The position behind the last one; 0 for an empty table and when the database is not open. */
     int getNewPosIndex(DataType type);
 
-    /** Writes the assignment of destinations to channels to "chconfig.xml". Sets the error text, emits
-     * nothing. */
+    /**
+     * Writes the assignment of destinations to channels to "chconfig.xml". Sets the error text, emits
+     * nothing.
+     */
     bool saveChannelConfigToFile();
 
     /** The kind of category that startToRead() delivers. */
@@ -192,6 +202,8 @@ private:
     bool createSchema();
     bool mergeConfigData(KyChannelConfig &channelConfig);
     void closeDataBaseOnError(bool close);
+    void dropDatabase();
+    bool hasWorkingCopy();
     void removeDataBaseFile();
 
     QString openDatabase();

@@ -32,7 +32,10 @@ ReadLock::ReadLock(const QString &path)
     if (!m_database->open())
         return;
     QSqlQuery query(*m_database);
-    if (query.exec(QStringLiteral("BEGIN"))) // the lock comes with the first reading
+    // Tools that put the database into write-ahead mode leave changes in a log, which is brought into the
+    // file here.
+    if (query.exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"))
+        && query.exec(QStringLiteral("BEGIN"))) // the lock comes with the first reading
         query.exec(QStringLiteral("SELECT COUNT(*) FROM sqlite_master"));
 }
 

@@ -5,8 +5,10 @@
 
 namespace Kyte {
 
-/** Names and statements of the destination database. Every text is complete SQL; values are bound where a "?"
- * stands. */
+/**
+ * Names and statements of the destination database. Every text is complete SQL; values are bound where a "?"
+ * stands.
+ */
 namespace DestinationSql {
 
 extern const QString DRIVER_NAME;

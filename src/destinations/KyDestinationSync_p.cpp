@@ -16,22 +16,25 @@ namespace Kyte {
 namespace DestinationSync {
 
 /**
- * Whether \a query failed because the database cannot be written any more, as opposed to a row that it
- * refuses. SQLite ends the transaction by itself then, and further statements would be committed one by one.
+ * Whether \a query failed because the database cannot be written, as opposed to a row that it refuses. SQLite
+ * may end the transaction by itself then, after which further statements would be committed one by one; and
+ * while another process writes, every further statement would wait for it anew.
  */
 static bool isStorageFailure(const QSqlQuery &query)
 {
-    enum { Memory = 7, Io = 10, Corrupt = 11, Full = 13 }; // SQLite's result codes
-    static const std::array<int, 4> FAILURES = {Memory, Io, Corrupt, Full};
+    enum { Busy = 5, Memory = 7, Io = 10, Corrupt = 11, Full = 13, CannotOpen = 14 }; // SQLite's result codes
+    static const std::array<int, 6> FAILURES = {Busy, Memory, Io, Corrupt, Full, CannotOpen};
     const int code = query.lastError().nativeErrorCode().toInt() & 0xff; // without the extension
     return std::find(FAILURES.cbegin(), FAILURES.cend(), code) != FAILURES.cend();
 }
 
-/** The groups that are no integers of 32 bits, by destination, as what QVariant makes of them: -1 unless they
- * convert. */
-static QHash<int, int> readOddGroups(const QSqlDatabase &database)
+/**
+ * The groups that are no integers of 32 bits, by destination, as what QVariant makes of them: -1 unless
+ * they convert.
+ */
+static QHash<qint64, int> readOddGroups(const QSqlDatabase &database)
 {
-    QHash<int, int> groups;
+    QHash<qint64, int> groups; // an id of 64 bits, cut off, would be taken for another destination's
     QSqlQuery query(database);
     query.setForwardOnly(true);
     if (!query.exec(DestinationSql::SELECT_ODD_GROUPS))
@@ -39,7 +42,7 @@ static QHash<int, int> readOddGroups(const QSqlDatabase &database)
     while (query.next()) {
         bool ok = false;
         const int group = query.value(1).toInt(&ok);
-        groups.insert(query.value(0).toInt(), ok ? group : -1);
+        groups.insert(query.value(0).toLongLong(), ok ? group : -1);
     }
     return groups;
 }
@@ -55,12 +58,15 @@ void writeChannels(const QSqlDatabase &database,
         query.bindValue(0, channel.id);
         query.bindValue(1, channel.name);
         query.bindValue(2, channel.index);
-        query.exec();
+        if (!query.exec() && isStorageFailure(query))
+            return;
     }
 }
 
-/** Binds what both statements set from \a destination, beginning at \a position; answers the position behind
- * it. */
+/**
+ * Binds what both statements set from \a destination, beginning at \a position; answers the position
+ * behind it.
+ */
 static int
 bindDestination(QSqlQuery *query, int position, const KyConfig::Destination &destination, int channelId)
 {
@@ -78,7 +84,7 @@ bool writeDestinations(const QSqlDatabase &database,
                        const QMap<int, int> &channels,
                        const QString &stamp)
 {
-    const QHash<int, int> oddGroups = readOddGroups(database);
+    const QHash<qint64, int> oddGroups = readOddGroups(database);
     QSqlQuery upsert(database);
     upsert.prepare(DestinationSql::UPSERT_DESTINATION);
     upsert.bindValue(7, stamp);

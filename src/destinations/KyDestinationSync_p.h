@@ -12,11 +12,14 @@ class QSqlDatabase;
 
 namespace Kyte {
 
-/** The writing half of the first synchronisation. Each function expects an open connection with a transaction
- * begun. */
+/**
+ * The writing half of the first synchronisation. Each function expects an open connection with a
+ * transaction begun.
+ */
 namespace DestinationSync {
 
-/** Writes \a channels, stamped \a now. A channel that cannot be written, its name being taken, is left out.
+/**
+ * Writes \a channels, stamped \a now. A channel that cannot be written, its name being taken, is left out.
  */
 void writeChannels(const QSqlDatabase &database,
                    const QList<KyChannelConfig::ChannelInfo> &channels,

@@ -6,12 +6,16 @@ class QFileDevice;
 
 namespace Kyte {
 
-/** What the system offers beyond QFile for replacing a file without a moment at which its content could get
- * lost. */
+/**
+ * What the system offers beyond QFile for replacing a file without a moment at which its content could get
+ * lost.
+ */
 namespace FileStore {
 
-/** Whether the file \a path could be deleted now; where not, \a reason is the system's text. Nothing is
- * changed. */
+/**
+ * Whether the file \a path could be deleted now; where not, \a reason is the system's text. Nothing is
+ * changed.
+ */
 bool canBeDeleted(const QString &path, QString *reason);
 
 /** Brings everything written to the open \a file onto the disk. */

@@ -27,6 +27,12 @@ static bool isStuck(const struct stat &folder, const struct stat &file)
     return (folder.st_mode & S_ISVTX) && user != 0 && user != file.st_uid && user != folder.st_uid;
 }
 
+/** Whether the user as whom the process acts may access \a path so. */
+static bool mayAccess(const QByteArray &path, int mode)
+{
+    return faccessat(AT_FDCWD, path.constData(), mode, AT_EACCESS) == 0;
+}
+
 bool canBeDeleted(const QString &path, QString *reason)
 {
     const QByteArray name = QFile::encodeName(path);
@@ -39,11 +45,11 @@ bool canBeDeleted(const QString &path, QString *reason)
         return refuse(EISDIR, reason);
     if (isStuck(folder, file))
         return refuse(EPERM, reason);
-    if (access(folderName.constData(), W_OK | X_OK) != 0)
+    if (!mayAccess(folderName, W_OK | X_OK))
         return refuse(errno, reason);
     // A file without write permission can be deleted all the same; one that is marked immutable answers
     // EPERM.
-    if (!S_ISLNK(file.st_mode) && access(name.constData(), W_OK) != 0 && errno == EPERM)
+    if (!S_ISLNK(file.st_mode) && !mayAccess(name, W_OK) && errno == EPERM)
         return refuse(EPERM, reason);
     return true;
 }
