@@ -1,0 +1,247 @@
+#include "DemoRun.h"
+#include "DestinationTables.h"
+#include "KyecArguments.h"
+#include "KyecCommand.h"
+#include "KyecOutput.h"
+#include "SampleEnvironment.h"
+#include "TextTable.h"
+
+#include <QDir>
+#include <QHash>
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace Kyte {
+
+static const QString KEEP = QStringLiteral("keep");
+
+/** A destination that is in another channel or group than before. */
+struct Change
+{
+    KyUploadItemInfo before;
+    KyUploadItemInfo after;
+};
+
+static QList<Change> changes(const DemoResult &result)
+{
+    QHash<int, KyUploadItemInfo> former;
+    for (const KyUploadItemInfo &item : result.before.destinations)
+        former.insert(item.id(), item);
+    QList<Change> list;
+    for (const KyUploadItemInfo &item : result.after.destinations) {
+        const KyUploadItemInfo before = former.value(item.id());
+        if (before.channelId() != item.channelId() || before.groupId() != item.groupId())
+            list.append({before, item});
+    }
+    return list;
+}
+
+static QString milliseconds(double value)
+{
+    return QString::number(value, 'f', 1);
+}
+
+static double totalMilliseconds(const DemoResult &result)
+{
+    double total = 0;
+    for (const DemoStep &step : result.steps)
+        total += step.milliseconds;
+    return total;
+}
+
+static QString heading(const QString &text)
+{
+    return QStringLiteral("\n%1\n\n").arg(text);
+}
+
+static QString stepsText(const DemoResult &result)
+{
+    TextTable table(
+        {{QStringLiteral("Step"), TextTable::Left}, {QStringLiteral("Milliseconds"), TextTable::Right}});
+    for (const DemoStep &step : result.steps)
+        table.addRow({step.text, milliseconds(step.milliseconds)});
+    table.addRow({QStringLiteral("altogether"), milliseconds(totalMilliseconds(result))});
+    return table.toString();
+}
+
+static QString signalsText(const DemoResult &result)
+{
+    TextTable table(
+        {{QStringLiteral("Signal"), TextTable::Left}, {QStringLiteral("Brought"), TextTable::Left}});
+    for (const DemoSignal &signal : result.readingSignals)
+        table.addRow({signal.name, signal.content});
+    return table.toString();
+}
+
+static QString transition(const QString &before, const QString &after)
+{
+    return before == after ? after : QStringLiteral("%1 → %2").arg(before, after);
+}
+
+static QString changesText(const DemoResult &result)
+{
+    TextTable table({{QStringLiteral("Id"), TextTable::Right},
+                     {QStringLiteral("Destination"), TextTable::Left},
+                     {QStringLiteral("Channel"), TextTable::Left},
+                     {QStringLiteral("Group"), TextTable::Left}});
+    const QList<Change> list = changes(result);
+    for (const Change &change : list)
+        table.addRow({QString::number(change.after.id()), change.after.name(),
+                      transition(categoryText(result.before.channelNames, change.before.channelId()),
+                                 categoryText(result.after.channelNames, change.after.channelId())),
+                      transition(categoryText(result.before.groupNames, change.before.groupId()),
+                                 categoryText(result.after.groupNames, change.after.groupId()))});
+    return table.toString();
+}
+
+static QString fingerprintsText(const DemoResult &result)
+{
+    TextTable table({{QStringLiteral("Moment"), TextTable::Left},
+                     {QStringLiteral("File"), TextTable::Left},
+                     {QStringLiteral("SHA-1"), TextTable::Left},
+                     {QStringLiteral("State"), TextTable::Left}});
+    for (const DemoFingerprint &fingerprint : result.fingerprints)
+        table.addRow({fingerprint.moment, fingerprint.file, fingerprint.hash,
+                      fingerprint.isReserved ? QStringLiteral("as reserved") : QStringLiteral("changed")});
+    return table.toString()
+        + QStringLiteral("\n  before  %1\n  after   %2\n")
+              .arg(result.fingerprintBefore, result.fingerprintAfter);
+}
+
+static QString resultText(const DemoResult &result, const SampleEnvironment &environment, bool isKept)
+{
+    const QString folder = QDir::toNativeSeparators(environment.folder());
+    QString text = QStringLiteral("Sample environment: %1 in %2, in %3\n")
+                       .arg(counted(result.before.destinations.size(), QStringLiteral("destination")),
+                            counted(result.before.channels.size(), QStringLiteral("channel")), folder);
+    text += heading(QStringLiteral("Signals of the reading in normal mode, in order")) + signalsText(result)
+        + heading(QStringLiteral("Steps of the reading, the editing in setting mode and the reopening"))
+        + stepsText(result) + heading(QStringLiteral("What changed (before → after)")) + changesText(result)
+        + heading(QStringLiteral("Channels, as read back"))
+        + categoryTable(result.after.channels, result.after.destinations).toString()
+        + heading(
+                QStringLiteral("Groups, as read back; there were %1 before").arg(result.before.groups.size()))
+        + categoryTable(result.after.groups, result.after.destinations).toString()
+        + heading(QStringLiteral("Destinations, as read back")) + destinationTable(result.after).toString()
+        + heading(QStringLiteral("Fingerprint of the database file, reserved by init() and saveData()"))
+        + fingerprintsText(result) + heading(QStringLiteral("Files in %1").arg(folder));
+    const QStringList entries = environment.entries();
+    for (const QString &entry : entries)
+        text += QStringLiteral("  %1\n").arg(QDir::toNativeSeparators(entry));
+    return text
+        + (isKept ? QStringLiteral("\nTry: kyec destinations --config %1\n")
+                        .arg(QDir::toNativeSeparators(environment.configFile()))
+                  : QStringLiteral(
+                      "\nThe folder is temporary and gone now; --keep DIR makes one that stays.\n"));
+}
+
+static QJsonArray stepsToJson(const DemoResult &result)
+{
+    QJsonArray array;
+    for (const DemoStep &step : result.steps)
+        array.append(QJsonObject{{QStringLiteral("step"), step.text},
+                                 {QStringLiteral("milliseconds"), step.milliseconds}});
+    return array;
+}
+
+static QJsonArray signalsToJson(const DemoResult &result)
+{
+    QJsonArray array;
+    for (const DemoSignal &signal : result.readingSignals)
+        array.append(QJsonObject{{QStringLiteral("signal"), signal.name},
+                                 {QStringLiteral("items"), signal.items},
+                                 {QStringLiteral("content"), signal.content}});
+    return array;
+}
+
+static QJsonObject pictureToJson(const DestinationPicture &picture)
+{
+    return {{QStringLiteral("channels"), categoriesToJson(picture.channels, picture.destinations)},
+            {QStringLiteral("groups"), categoriesToJson(picture.groups, picture.destinations)},
+            {QStringLiteral("destinations"), destinationsToJson(picture)}};
+}
+
+static QJsonArray changesToJson(const DemoResult &result)
+{
+    const auto transitionToJson = [](int before, int after) {
+        return QJsonObject{{QStringLiteral("before"), before}, {QStringLiteral("after"), after}};
+    };
+    QJsonArray array;
+    const QList<Change> list = changes(result);
+    for (const Change &change : list)
+        array.append(QJsonObject{
+            {QStringLiteral("id"), change.after.id()},
+            {QStringLiteral("name"), change.after.name()},
+            {QStringLiteral("channelId"),
+             transitionToJson(change.before.channelId(), change.after.channelId())},
+            {QStringLiteral("groupId"), transitionToJson(change.before.groupId(), change.after.groupId())}});
+    return array;
+}
+
+static QJsonObject fingerprintsToJson(const DemoResult &result)
+{
+    QJsonArray moments;
+    for (const DemoFingerprint &fingerprint : result.fingerprints)
+        moments.append(QJsonObject{{QStringLiteral("moment"), fingerprint.moment},
+                                   {QStringLiteral("file"), fingerprint.file},
+                                   {QStringLiteral("sha1"), fingerprint.hash},
+                                   {QStringLiteral("asReserved"), fingerprint.isReserved}});
+    return {{QStringLiteral("before"), result.fingerprintBefore},
+            {QStringLiteral("after"), result.fingerprintAfter},
+            {QStringLiteral("moments"), moments}};
+}
+
+static QJsonObject environmentToJson(const SampleEnvironment &environment, bool isKept)
+{
+    return {{QStringLiteral("folder"), environment.folder()},
+            {QStringLiteral("configFile"), environment.configFile()},
+            {QStringLiteral("kept"), isKept},
+            {QStringLiteral("entries"), QJsonArray::fromStringList(environment.entries())}};
+}
+
+static QJsonObject resultToJson(const DemoResult &result, const SampleEnvironment &environment, bool isKept)
+{
+    return {{QStringLiteral("environment"), environmentToJson(environment, isKept)},
+            {QStringLiteral("signals"), signalsToJson(result)},
+            {QStringLiteral("steps"), stepsToJson(result)},
+            {QStringLiteral("milliseconds"), totalMilliseconds(result)},
+            {QStringLiteral("before"), pictureToJson(result.before)},
+            {QStringLiteral("changes"), changesToJson(result)},
+            {QStringLiteral("after"), pictureToJson(result.after)},
+            {QStringLiteral("fingerprint"), fingerprintsToJson(result)}};
+}
+
+int runDemo(KyecArguments &arguments)
+{
+    arguments.addOption(
+        KEEP,
+        QStringLiteral("Make the sample environment in this folder, which is new, empty or of "
+                       "an earlier run; else it is a temporary one."),
+        QStringLiteral("DIR"));
+    arguments.addJsonOption();
+    if (!arguments.parse())
+        return arguments.exitCode();
+    const bool isKept = arguments.isSet(KEEP);
+    if (isKept && arguments.value(KEEP).isEmpty())
+        return arguments.wrongUsage(QStringLiteral("--keep needs a folder."));
+
+    std::unique_ptr<QTemporaryDir> temporary;
+    if (!isKept) {
+        temporary = std::make_unique<QTemporaryDir>();
+        if (!temporary->isValid())
+            return fail(temporary->errorString());
+    }
+    SampleEnvironment environment(isKept ? arguments.value(KEEP) : temporary->path());
+    DemoRun run;
+    if (!run.run(&environment))
+        return fail(run.lastErrorMessage());
+    const QString output = arguments.isJsonWanted()
+        ? jsonText(QJsonDocument(resultToJson(run.result(), environment, isKept)))
+        : resultText(run.result(), environment, isKept);
+    temporary.reset(); // before printing, which ends the process when the reader has gone
+    print(output);
+    return Exit_Success;
+}
+
+} // namespace Kyte

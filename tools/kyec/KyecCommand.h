@@ -1,0 +1,33 @@
+#pragma once
+
+namespace Kyte {
+
+class KyecArguments;
+
+/** What the program ends with. */
+enum KyecExitCode {
+    Exit_Success = 0,
+    Exit_Failure = 1, ///< the operation failed
+    Exit_WrongUsage = 2 ///< the command line was wrong, nothing was done
+};
+
+/** A command: a line of the table in main.cpp. All texts are UTF-8. */
+struct KyecCommand
+{
+    const char *name;
+    const char *synopsis; ///< what follows the name; one line for each way to call the command
+    const char *description; ///< one line
+    /** Declares the options, parses, does the work and answers the exit code. */
+    int (*run)(KyecArguments &arguments);
+};
+
+int runDemo(KyecArguments &arguments);
+
+int runChannels(KyecArguments &arguments);
+int runDestinations(KyecArguments &arguments);
+int runGroups(KyecArguments &arguments);
+int runMove(KyecArguments &arguments);
+
+int runVerify(KyecArguments &arguments);
+
+} // namespace Kyte
