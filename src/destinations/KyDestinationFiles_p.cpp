@@ -48,17 +48,21 @@ ReadLock::~ReadLock()
     QSqlDatabase::removeDatabase(m_connectionName);
 }
 
-bool remove(const QString &path, QString *reason)
+static bool removeAll(const QStringList &paths, QString *reason)
 {
-    const QStringList files = QStringList(path) + journals(path);
-    for (const QString &name : files) {
-        QFile file(name);
+    for (const QString &path : paths) {
+        QFile file(path);
         if (file.exists() && !file.remove()) {
             *reason = file.errorString();
             return false;
         }
     }
     return true;
+}
+
+bool remove(const QString &path, QString *reason)
+{
+    return removeAll(QStringList(path) + journals(path), reason);
 }
 
 bool copy(const QString &source, const QString &target, QString *reason)
@@ -133,8 +137,10 @@ ReplaceResult replace(const QString &source, const QString &target, QString *rea
     {
         const ReadLock lock(target);
     }
-    for (const QString &journal : journals(target))
-        QFile::remove(journal);
+    if (!removeAll(journals(target), reason)) {
+        QFile::remove(staged);
+        return ReplaceResult::Failed;
+    }
 
     const FileStore::ReplaceResult result = FileStore::replace(staged, target, reason);
     if (result != FileStore::ReplaceResult::Done) {

@@ -1,5 +1,7 @@
 #include "KyXmlFile_p.h"
 
+#include "KyFileStore_p.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -71,9 +73,11 @@ bool write(const QString &path, const QByteArray &content)
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return false;
-    // commit() by itself notices neither a part that did not fit on the disk nor a last buffer that did not.
+    // commit() by itself notices neither a part that did not fit on the disk nor a last buffer that did not,
+    // and ignores that what was taken did not reach the disk.
+    QString ignored;
     return file.write(content) == content.size() && file.flush() && file.error() == QFileDevice::NoError
-        && file.commit();
+        && FileStore::sync(&file, &ignored) && file.commit();
 }
 
 } // namespace XmlFile

@@ -1,0 +1,134 @@
+#include "KyTracedProgram.h"
+
+#include "KyTestEnvironment.h"
+
+#include <QHash>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+namespace Kyte {
+namespace Test {
+
+static const int TIME_LIMIT = 60000; // milliseconds
+static const QString BEGIN_MARK = QStringLiteral("\"kyte-save-begins\"");
+
+static QStringList words(const char *text)
+{
+    return QString::fromLatin1(text).split(QLatin1Char(' '));
+}
+
+bool SystemCall::changesFiles() const
+{
+    static const QStringList NAMES = words("write pwrite64 writev fsync fdatasync ftruncate fallocate rename"
+                                           " renameat renameat2 link linkat sendfile copy_file_range");
+    return NAMES.contains(name) || deletesFile()
+        || (name.startsWith(QLatin1String("open")) && !text.contains(QLatin1String("O_RDONLY")));
+}
+
+bool SystemCall::deletesFile() const
+{
+    return name.startsWith(QLatin1String("unlink"));
+}
+
+bool SystemCall::canFail() const
+{
+    static const QStringList SAFE_NAMES = words("brk mmap munmap mprotect getpid geteuid futex close");
+    return !SAFE_NAMES.contains(name);
+}
+
+static QString programPath(const QString &name)
+{
+    return QStringLiteral(KYTE_TEST_PROGRAM_DIR "/") + name;
+}
+
+static void run(const QString &program, const QStringList &arguments, ProgramRun *result)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    // Leaks cannot be looked for in a process that is traced.
+    environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
+    process.setProcessEnvironment(environment);
+    process.start(program, arguments);
+    if (!process.waitForFinished(TIME_LIMIT))
+        qFatal("%s: %s", qPrintable(program), qPrintable(process.errorString()));
+    result->isKilled = process.exitStatus() == QProcess::CrashExit;
+    result->output =
+        QString::fromUtf8(process.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+ProgramRun runProgram(const QString &name, const QStringList &arguments)
+{
+    ProgramRun result;
+    run(programPath(name), arguments, &result);
+    return result;
+}
+
+QString whyNotTraceable()
+{
+    if (QStandardPaths::findExecutable(QStringLiteral("strace")).isEmpty())
+        return QStringLiteral("strace is not installed");
+    ProgramRun result;
+    run(QStringLiteral("strace"),
+        {QStringLiteral("-o"), QStringLiteral("/dev/null"), QStringLiteral("echo"), QStringLiteral("traced")},
+        &result);
+    return result.output.contains(QLatin1String("traced"))
+        ? QString()
+        : QStringLiteral("strace cannot trace programs here");
+}
+
+/** The calls between the marks in the log of strace, and the answer behind the second mark. */
+static void parse(const QString &log, TracedRun *run)
+{
+    static const QRegularExpression CALL(QStringLiteral("^(\\d+) +(\\w+)\\("));
+    static const QRegularExpression END_MARK(QStringLiteral("\"kyte-save-ended (.*)\".* = (.*)$"));
+    QString process; // the first one; others are a shell and its children
+    QHash<QString, int> numbers;
+    bool isSaving = false;
+    const QStringList lines = log.split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        const QRegularExpressionMatch match = CALL.match(line);
+        if (process.isEmpty())
+            process = match.captured(1);
+        if (!match.hasMatch() || match.captured(1) != process)
+            continue;
+        SystemCall call;
+        call.name = match.captured(2);
+        call.number = ++numbers[call.name];
+        call.text = line.mid(match.capturedStart(2));
+        if (isSaving && run->answer.isEmpty())
+            run->calls.append(call);
+        if (line.contains(BEGIN_MARK))
+            isSaving = true;
+        const QRegularExpressionMatch end = END_MARK.match(line);
+        if (end.hasMatch() && end.captured(2) != QLatin1String("?"))
+            run->answer = end.captured(1).replace(QLatin1String("\\n"), QLatin1String("\n"));
+    }
+}
+
+TracedRun traceSaving(const QStringList &arguments, const QString &injection)
+{
+    const QTemporaryDir folder;
+    const QString log = folder.filePath(QStringLiteral("log"));
+    QStringList options = {QStringLiteral("-f"),  QStringLiteral("-y"), QStringLiteral("-s"),
+                           QStringLiteral("200"), QStringLiteral("-o"), log};
+    if (!injection.isEmpty())
+        options.append({QStringLiteral("-e"), QStringLiteral("inject=") + injection});
+    TracedRun result;
+    run(QStringLiteral("strace"), options + QStringList(programPath(QStringLiteral("ky_save"))) + arguments,
+        &result);
+    parse(QString::fromUtf8(readFile(log)), &result);
+    return result;
+}
+
+QString injection(const SystemCall &call, const QString &what, bool everyLaterCallToo)
+{
+    return QStringLiteral("%1:%2:when=%3%4")
+        .arg(call.name, what)
+        .arg(call.number)
+        .arg(everyLaterCallToo ? QStringLiteral("+") : QString());
+}
+
+} // namespace Test
+} // namespace Kyte
