@@ -78,8 +78,7 @@ static void readRootElement(QXmlStreamReader &reader, const QDir &base, KyConfig
     }
 }
 
-/** The bytes of a regular file of a sane size; anything else, a pipe or a folder for one, is not even opened.
- */
+/** The bytes of a regular file of a sane size; anything else, such as a pipe, is not even opened. */
 static bool readBytes(const QString &path, QByteArray *bytes)
 {
     const QFileInfo info(path);
@@ -105,8 +104,7 @@ bool readConfigFile(const QString &path, KyConfigContent *content)
         return false;
 
     QXmlStreamReader reader(bytes);
-    reader.setNamespaceProcessing(
-        false); // nothing here has a namespace, and looking them up can be made slow
+    reader.setNamespaceProcessing(false); // none are used, and a file could make looking them up slow
     if (reader.readNext() != QXmlStreamReader::StartDocument || !isUtf8(reader.documentEncoding())
         || !reader.readNextStartElement() || reader.name() != XML_ROOT_ELEMENT)
         return false;

@@ -31,12 +31,6 @@ static QString withoutTrailingSeparators(QString path)
     return path;
 }
 
-/** Where the last component of \a path begins, a path without trailing separators. */
-static int namePosition(const QString &path)
-{
-    return qMax(rootLength(path), path.lastIndexOf(SEPARATOR) + 1);
-}
-
 /** The position of the dot before the extension of \a name, -1 when there is none. */
 static int extensionDot(const QString &name)
 {
@@ -67,14 +61,14 @@ QString Path::getParentDirectory(QString path)
     const int root = rootLength(path);
     if (path.size() == root)
         return QString();
-    path.truncate(namePosition(path));
+    path.truncate(path.lastIndexOf(SEPARATOR) + 1);
     return withoutTrailingSeparators(path);
 }
 
 QString Path::getName(QString path, bool withExtension)
 {
     path = withoutTrailingSeparators(replaceSepalator(path));
-    QString name = path.mid(namePosition(path));
+    QString name = path.mid(path.lastIndexOf(SEPARATOR) + 1);
     const int dot = extensionDot(name);
     if (!withExtension && dot >= 0)
         name.truncate(dot);

@@ -402,9 +402,16 @@ void tst_KyConfig::badFile_isRefusedAndChangesNothing_data()
     row("entity bomb", entityBomb());
     row("100,000 attributes", "<Pelmora>" + good + "<a" + manyAttributes(100000) + "/></Pelmora>");
     row("100,000 attributes of the root", "<Pelmora" + manyAttributes(100000) + '>' + good + "</Pelmora>");
-    row("too many attributes behind misleading quotes",
-        "<?a ' ?><!-- ' --><Pelmora><![CDATA[ ' ]]>'" + good + "<a b='>' c=\"'>\"" + manyAttributes(100000)
-            + "/></Pelmora>");
+    // A quote that is none must not hide what follows.
+    const QByteArray attack = "<Pelmora>" + good + "<a" + manyAttributes(100000) + "/></Pelmora>";
+    row("100,000 attributes after a quote in a comment", "<!-- \" -->" + attack);
+    row("100,000 attributes after a quote in an instruction", "<?a \" ?>" + attack);
+    row("100,000 attributes after a quote in CDATA",
+        "<Pelmora><b><![CDATA[ <\" ]]></b><a" + manyAttributes(100000) + "/></Pelmora>");
+    row("100,000 attributes after a quote in text",
+        "<Pelmora>\"<a" + manyAttributes(100000) + "/></Pelmora>");
+    row("100,000 attributes after a quote in a value",
+        "<Pelmora><a b='\"' c='>'" + manyAttributes(100000) + "/></Pelmora>");
     row("nested 100,000 deep",
         "<Pelmora>" + good + QByteArray("<a>").repeated(100000) + QByteArray("</a>").repeated(100000)
             + "</Pelmora>");
