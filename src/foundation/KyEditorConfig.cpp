@@ -96,8 +96,9 @@ QString KyEditorConfig::getRelativePath(const QString &path)
 {
     const QString normalizedPath = Path::replaceSepalator(path);
     const QString folder = Path::replaceSepalator(getConfig()->dataDir());
-    // The prefix is looked for in the path as given, so a path with the other separators counts as outside the data
-    // folder and stays as it is. Stored projects rely on such paths coming back unchanged.
+    // The prefix is looked for in the path as given, so a path with the other separators counts as outside
+    // the data folder and stays as it is, and it is a prefix of the text: "/data2/a" lies under "/data" and
+    // becomes "2/a". Stored projects hold such paths.
     if (folder.isEmpty() || !path.startsWith(folder, Qt::CaseInsensitive))
         return path;
 

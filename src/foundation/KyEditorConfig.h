@@ -14,10 +14,11 @@ class KyProductInformation;
 /**
  * The one place where an application of the product reaches its configuration.
  *
- * The class wraps the core library's KyConfig, answers the data and log folders (reading the standard configuration
- * file on demand while they are unknown), translates paths to and from the data folder, and holds three process-wide
- * pointers that an application hands in. Everything is static; the one instance comes into being on first use, lives
- * until the process ends and is meant for the application's main thread (only its creation is thread-safe).
+ * The class wraps the core library's KyConfig, answers the data and log folders (reading the standard
+ * configuration file on demand while they are unknown), translates paths to and from the data folder, and
+ * holds three process-wide pointers that an application hands in. Everything is static; the one instance
+ * comes into being on first use, lives until the process ends and is meant for the application's main thread
+ * (only its creation is thread-safe).
  *
  * No operation reports errors itself: KyConfig keeps those of reading, hasError() answers them.
  */
@@ -43,8 +44,8 @@ public:
     static void clearCommonConfigFilePath();
 
     /**
-     * The data folder. While it is unknown every call reads the standard configuration file once, and the answer may
-     * still be empty.
+     * The data folder. While it is unknown every call reads the standard configuration file once, and the
+     * answer may still be empty.
      */
     static QString dataDir();
     static void setDataDir(const QString &dataDir);
@@ -55,8 +56,8 @@ public:
     /** An existing file's absolute path, else \a path taken relative to the data folder. */
     static QString getAbsolutePath(const QString &path);
     /**
-     * \a path without the data folder in front and without the separators after it. A path outside the data folder,
-     * and any path while the data folder is unknown, comes back byte for byte.
+     * \a path without the data folder in front and without the separators after it. A path outside the data
+     * folder, and any path while the data folder is unknown, comes back byte for byte.
      */
     static QString getRelativePath(const QString &path);
 
@@ -73,7 +74,7 @@ public:
 private:
     KyEditorConfig();
 
-    KyConfig *m_config = nullptr;               // owned
+    KyConfig *m_config = nullptr; // owned
     QProcess *m_uploadManagerProcess = nullptr; // owned
     QProcess *m_channelExporterProcess = nullptr;
     KyProductInformation *m_productInformation = nullptr;

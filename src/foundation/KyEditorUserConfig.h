@@ -13,9 +13,10 @@ namespace Kyte {
  * The per-user settings: "usersettings.ini" in the user's application-data folder, in which the library keeps
  * remembered choices such as the dock layout.
  *
- * Everything is static and forwards to one QSettings (INI format, UTF-8), created on first use and never deleted, so
- * changes reach the file when the event loop runs or sync() is called. A missing or unreadable file behaves as an
- * empty store. Creation is thread-safe; groups are shared by all callers, so the rest belongs to the main thread.
+ * Everything is static and forwards to one QSettings (INI format, UTF-8), created on first use and never
+ * deleted, so changes reach the file when the event loop runs or sync() is called. A missing or unreadable
+ * file behaves as an empty store. QSettings writes texts unit by unit: a character beyond U+FFFF gets lost.
+ * Creation is thread-safe; groups are shared by all callers, so the rest belongs to the main thread.
  */
 class KYEDITORCOMMON_EXPORT KyEditorUserConfig
 {
