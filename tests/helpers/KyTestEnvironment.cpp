@@ -218,6 +218,8 @@ static void run(const QString &path, const QStringList &statements, QStringList 
         database.setDatabaseName(path);
         if (!database.open())
             qFatal("Cannot open %s: %s", qPrintable(path), qPrintable(database.lastError().text()));
+        // Tests end before the machine does: waiting for the disk would only keep them.
+        QSqlQuery(database).exec(QStringLiteral("PRAGMA synchronous = OFF"));
         for (const QString &statement : statements) {
             QSqlQuery query(database);
             if (!query.exec(statement))
