@@ -57,17 +57,19 @@ private:
     xcb_connection_t *m_connection = nullptr; // owned
     xcb_ewmh_connection_t m_ewmh = {};
     bool m_isReady = false;
-    QVector<quint32>
-        m_clients; // the process's connections to the X server, as the high bits of their windows' ids
+    quint32 m_clientBits = 0; // of a window's id, the part that all windows of one connection share
+    QVector<quint32> m_clients; // those parts of the process's connections
 };
 
 WindowSearch::WindowSearch(quint32 processId)
     : m_processId(processId)
     , m_connection(xcb_connect(nullptr, nullptr))
 {
-    // A failed connection is an object as well, and m_ewmh is released by the failing call itself.
-    if (!xcb_connection_has_error(m_connection))
-        m_isReady = xcb_ewmh_init_atoms_replies(&m_ewmh, xcb_ewmh_init_atoms(m_connection, &m_ewmh), nullptr);
+    if (xcb_connection_has_error(m_connection)) // it is an object all the same
+        return;
+    m_clientBits = ~xcb_get_setup(m_connection)->resource_id_mask;
+    // When this fails it releases m_ewmh itself.
+    m_isReady = xcb_ewmh_init_atoms_replies(&m_ewmh, xcb_ewmh_init_atoms(m_connection, &m_ewmh), nullptr);
     if (m_isReady)
         findClients();
 }
@@ -96,8 +98,7 @@ xcb_window_t WindowSearch::find(bool mainWindowOnly)
     return mainWindowOnly || windows.isEmpty() ? xcb_window_t(XCB_NONE) : windows.first();
 }
 
-/** The server knows the process behind each connection, which tells whose the windows without _NET_WM_PID
- * are. */
+/** The server knows the process behind each connection, and so whose the windows without _NET_WM_PID are. */
 void WindowSearch::findClients()
 {
     const xcb_query_extension_reply_t *extension = xcb_get_extension_data(m_connection, &xcb_res_id);
@@ -118,8 +119,8 @@ void WindowSearch::findClients()
     }
 }
 
-/** A window manager that has ended leaves its list of windows behind, but not the window that it vouches
- * with. */
+/** A window manager that has ended leaves its list of windows behind, but not the window that vouches for it.
+ */
 bool WindowSearch::hasWindowManager(int screen)
 {
     xcb_window_t window = m_ewmh.screens[screen]->root;
@@ -166,14 +167,13 @@ Windows WindowSearch::takeWindowsOfProcess(Windows *windows)
     for (xcb_window_t window : qAsConst(*windows))
         cookies.append(xcb_ewmh_get_wm_pid(&m_ewmh, window));
 
-    const quint32 clientBits = ~xcb_get_setup(m_connection)->resource_id_mask;
     Windows own;
     Windows others;
     for (int i = 0; i < windows->size(); ++i) {
         const xcb_window_t window = windows->at(i);
         quint32 processId = 0;
         const bool isTold = xcb_ewmh_get_wm_pid_reply(&m_ewmh, cookies.at(i), &processId, nullptr);
-        const bool isOwn = isTold ? processId == m_processId : m_clients.contains(window & clientBits);
+        const bool isOwn = isTold ? processId == m_processId : m_clients.contains(window & m_clientBits);
         (isOwn ? own : others).append(window);
     }
     *windows = others;
@@ -200,8 +200,7 @@ bool WindowSearch::isMapped(xcb_window_t window)
 {
     const Reply<xcb_get_window_attributes_reply_t> reply(xcb_get_window_attributes_reply(
         m_connection, xcb_get_window_attributes(m_connection, window), nullptr));
-    return reply && reply->map_state != XCB_MAP_STATE_UNMAPPED && !reply->override_redirect
-        && reply->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
+    return reply && reply->map_state != XCB_MAP_STATE_UNMAPPED && !reply->override_redirect;
 }
 
 bool WindowSearch::isMainWindow(xcb_window_t window)
