@@ -445,6 +445,8 @@ KyDestination::changeDestinationCategory(const QList<int> &destinationIds, int c
         query.bindValue(2, id);
         if (query.exec())
             moved.append(id); // an unknown id too: an update of no row succeeds
+        else if (DestinationSql::isStorageFailure(query))
+            break;
     }
     if (!m_database->commit()) {
         m_database->rollback(); // or no later operation could begin

@@ -1,5 +1,11 @@
 #include "KyDestinationSql_p.h"
 
+#include <QSqlError>
+#include <QSqlQuery>
+
+#include <algorithm>
+#include <array>
+
 namespace Kyte {
 namespace DestinationSql {
 
@@ -163,6 +169,14 @@ QString selectSortedDestinations(bool assignedOnly, int maximum)
     const QString condition = assignedOnly ? QStringLiteral("NOT INDEXED WHERE channel_id > -1 ") : QString();
     return QStringLiteral("SELECT * FROM destination_tbl %1ORDER BY posindex, name%2")
         .arg(condition, limitClause(maximum));
+}
+
+bool isStorageFailure(const QSqlQuery &query)
+{
+    enum { Busy = 5, Memory = 7, Io = 10, Corrupt = 11, Full = 13, CannotOpen = 14 }; // SQLite's result codes
+    static const std::array<int, 6> FAILURES = {Busy, Memory, Io, Corrupt, Full, CannotOpen};
+    const int code = query.lastError().nativeErrorCode().toInt() & 0xff; // without the extension
+    return std::find(FAILURES.cbegin(), FAILURES.cend(), code) != FAILURES.cend();
 }
 
 } // namespace DestinationSql

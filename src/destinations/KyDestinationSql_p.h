@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+class QSqlQuery;
+
 namespace Kyte {
 
 /**
@@ -50,6 +52,13 @@ QString moveDestination(const QString &column); ///< category, updatetime, id
 QString selectDestinations(int channelId, int groupId, int maximum);
 /** All destinations by position and name; with \a assignedOnly those that are in a channel. */
 QString selectSortedDestinations(bool assignedOnly, int maximum);
+
+/**
+ * Whether \a query failed because the database cannot be written, as opposed to a row that it refuses. SQLite
+ * may end the transaction by itself then, after which further statements would be committed one by one; and
+ * while another process writes, every further statement would wait for it anew.
+ */
+bool isStorageFailure(const QSqlQuery &query);
 
 } // namespace DestinationSql
 } // namespace Kyte

@@ -5,28 +5,11 @@
 
 #include <QHash>
 #include <QSqlDatabase>
-#include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
 
-#include <algorithm>
-#include <array>
-
 namespace Kyte {
 namespace DestinationSync {
-
-/**
- * Whether \a query failed because the database cannot be written, as opposed to a row that it refuses. SQLite
- * may end the transaction by itself then, after which further statements would be committed one by one; and
- * while another process writes, every further statement would wait for it anew.
- */
-static bool isStorageFailure(const QSqlQuery &query)
-{
-    enum { Busy = 5, Memory = 7, Io = 10, Corrupt = 11, Full = 13, CannotOpen = 14 }; // SQLite's result codes
-    static const std::array<int, 6> FAILURES = {Busy, Memory, Io, Corrupt, Full, CannotOpen};
-    const int code = query.lastError().nativeErrorCode().toInt() & 0xff; // without the extension
-    return std::find(FAILURES.cbegin(), FAILURES.cend(), code) != FAILURES.cend();
-}
 
 /**
  * The groups that are no integers of 32 bits, by destination, as what QVariant makes of them: -1 unless
@@ -58,7 +41,7 @@ void writeChannels(const QSqlDatabase &database,
         query.bindValue(0, channel.id);
         query.bindValue(1, channel.name);
         query.bindValue(2, channel.index);
-        if (!query.exec() && isStorageFailure(query))
+        if (!query.exec() && DestinationSql::isStorageFailure(query))
             return;
     }
 }
@@ -107,14 +90,14 @@ bool writeDestinations(const QSqlDatabase &database,
         }
         // Two destinations that swap their names fail here both, and are swept below: the product has always
         // behaved so, and the next synchronisation brings them back.
-        if (!query.exec() && isStorageFailure(query))
+        if (!query.exec() && DestinationSql::isStorageFailure(query))
             return false;
     }
 
     QSqlQuery sweep(database);
     sweep.prepare(DestinationSql::DELETE_OTHER_DESTINATIONS);
     sweep.bindValue(0, stamp);
-    return sweep.exec() || !isStorageFailure(sweep);
+    return sweep.exec() || !DestinationSql::isStorageFailure(sweep);
 }
 
 } // namespace DestinationSync
