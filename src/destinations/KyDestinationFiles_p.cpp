@@ -11,6 +11,8 @@
 #include <QSqlQuery>
 #include <QVariant>
 
+#include <cerrno>
+
 namespace Kyte {
 namespace DestinationFiles {
 
@@ -65,8 +67,19 @@ bool remove(const QString &path, QString *reason)
     return removeAll(QStringList(path) + journals(path), reason);
 }
 
+/** Whether copying \a path could last for ever, as with a device or a pipe. */
+static bool isEndless(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.exists() && !info.isFile() && !info.isDir();
+}
+
 bool copy(const QString &source, const QString &target, QString *reason)
 {
+    if (isEndless(source)) {
+        *reason = qt_error_string(EINVAL);
+        return false;
+    }
     const ReadLock lock(source);
     QFile file(source);
     if (file.copy(target))

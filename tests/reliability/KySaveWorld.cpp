@@ -184,7 +184,7 @@ SaveWorld::SaveWorld(Journal journal)
     // because they have stamps.
     Environment rehearsal;
     furnish(rehearsal);
-    const ProgramRun run = runProgram(QStringLiteral("ky_save"), arguments(rehearsal));
+    const ProgramRun run = runProgram(testProgram(QStringLiteral("ky_save")), arguments(rehearsal));
     m_newMainFile = readFile(rehearsal.mainFile());
     if (run.output != QStringList({QStringLiteral("ready"), QStringLiteral("saved")}))
         qFatal("ky_save: %s", qPrintable(run.output.join(QLatin1Char('\n'))));
@@ -197,14 +197,16 @@ void SaveWorld::furnish(const Environment &environment) const
         writeFile(inEnvironment(environment, file.first), file.second);
 }
 
-QStringList SaveWorld::arguments(const Environment &environment) const
+QStringList SaveWorld::arguments(const Environment &environment, const QString &command) const
 {
-    QString command = QStringLiteral("cp '%1' '%2'")
-                          .arg(environment.workingFile(), inEnvironment(environment, EXPECTED_DATABASE));
+    QStringList commands = {
+        QStringLiteral("cd \"$(dirname \"$KYTE_CONFIG_FILE\")\""),
+        QStringLiteral("cp %1.work '%2'").arg(DATABASE, inEnvironment(environment, EXPECTED_DATABASE))};
     if (m_hasSecondPair)
-        command += QStringLiteral(" && cp '%1/interrupted/'* '%2'")
-                       .arg(environment.root(), environment.channelDir());
-    return {QStringLiteral("--before"), command};
+        commands.append(QStringLiteral("cp interrupted/* data/channel"));
+    if (!command.isEmpty())
+        commands.append(command);
+    return {QStringLiteral("--before"), commands.join(QLatin1String(" && "))};
 }
 
 SavedContent SaveWorld::oldContent() const

@@ -40,7 +40,8 @@ public:
     explicit SaveWorld(Journal journal);
 
     void furnish(const Environment &environment) const;
-    QStringList arguments(const Environment &environment) const; ///< of ky_save
+    /** What ky_save is started with; \a command is for the shell, between the edits and their saving. */
+    QStringList arguments(const Environment &environment, const QString &command = QString()) const;
 
     SavedContent oldContent() const;
     /** What ky_save, started in \a environment, has in mind to save; known from the moment that it is ready.

@@ -38,7 +38,7 @@ bool SystemCall::canFail() const
     return !SAFE_NAMES.contains(name);
 }
 
-static QString programPath(const QString &name)
+QString testProgram(const QString &name)
 {
     return QStringLiteral(KYTE_TEST_PROGRAM_DIR "/") + name;
 }
@@ -58,10 +58,10 @@ static void run(const QString &program, const QStringList &arguments, ProgramRun
         QString::fromUtf8(process.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
-ProgramRun runProgram(const QString &name, const QStringList &arguments)
+ProgramRun runProgram(const QString &program, const QStringList &arguments)
 {
     ProgramRun result;
-    run(programPath(name), arguments, &result);
+    run(program, arguments, &result);
     return result;
 }
 
@@ -69,13 +69,11 @@ QString whyNotTraceable()
 {
     if (QStandardPaths::findExecutable(QStringLiteral("strace")).isEmpty())
         return QStringLiteral("strace is not installed");
-    ProgramRun result;
-    run(QStringLiteral("strace"),
-        {QStringLiteral("-o"), QStringLiteral("/dev/null"), QStringLiteral("echo"), QStringLiteral("traced")},
-        &result);
-    return result.output.contains(QLatin1String("traced"))
-        ? QString()
-        : QStringLiteral("strace cannot trace programs here");
+    const ProgramRun run = runProgram(QStringLiteral("strace"),
+                                      {QStringLiteral("-o"), QStringLiteral("/dev/null"),
+                                       QStringLiteral("echo"), QStringLiteral("traced")});
+    return run.output.contains(QLatin1String("traced")) ? QString()
+                                                        : QStringLiteral("strace cannot trace programs here");
 }
 
 /** The calls between the marks in the log of strace, and the answer behind the second mark. */
@@ -116,7 +114,7 @@ TracedRun traceSaving(const QStringList &arguments, const QString &injection)
     if (!injection.isEmpty())
         options.append({QStringLiteral("-e"), QStringLiteral("inject=") + injection});
     TracedRun result;
-    run(QStringLiteral("strace"), options + QStringList(programPath(QStringLiteral("ky_save"))) + arguments,
+    run(QStringLiteral("strace"), options + QStringList(testProgram(QStringLiteral("ky_save"))) + arguments,
         &result);
     parse(QString::fromUtf8(readFile(log)), &result);
     return result;

@@ -31,8 +31,11 @@ struct TracedRun : ProgramRun
     QString answer; ///< the one in that latter call, where it was done
 };
 
-/** Runs the test program \a name. */
-ProgramRun runProgram(const QString &name, const QStringList &arguments);
+/** The path of the small program \a name that is built for tests. */
+QString testProgram(const QString &name);
+
+/** Runs \a program to its end. */
+ProgramRun runProgram(const QString &program, const QStringList &arguments);
 
 /** Why programs cannot be traced on this machine, empty when they can. */
 QString whyNotTraceable();

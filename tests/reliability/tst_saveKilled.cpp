@@ -65,7 +65,7 @@ void SaveKilledTest::killedAtRandomMoments_losesNothing()
         Environment environment;
         world.furnish(environment);
         QProcess process;
-        process.start(QStringLiteral(KYTE_TEST_PROGRAM_DIR "/ky_save"), world.arguments(environment));
+        process.start(testProgram(QStringLiteral("ky_save")), world.arguments(environment));
         while (!process.canReadLine())
             QVERIFY(process.waitForReadyRead());
         QElapsedTimer timer;
