@@ -8,14 +8,13 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
-#include <QVector>
 #include <QXmlStreamReader>
-#include <QXmlStreamWriter>
 
 namespace Kyte {
 
 const QString KyChannelConfig::CHANNEL_CONFIG_FILE_NAME = CHANNEL_MAIN_FILE;
 
+static const QByteArray XML_DECLARATION = "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
 static const QString CHANNEL_FILE_PATTERN = QStringLiteral("channel*.xml");
 static const QString CHANNEL_ELEMENT = QStringLiteral("channel");
 static const QString DESTINATION_ELEMENT = QStringLiteral("destination");
@@ -81,6 +80,39 @@ static KyChannelConfig::ChannelInfo readChannelFile(const QString &path)
         }
     }
     return channel;
+}
+
+/** What comes before the number in the tag of a channel or a destination. */
+static QByteArray tagUpToId(int depth, const QString &element)
+{
+    return QByteArray(4 * depth, ' ') + '<' + element.toUtf8() + ' ' + ID_ATTRIBUTE.toUtf8() + "=\"";
+}
+
+/**
+ * The main file, byte for byte as QXmlStreamWriter formats it. Numbers are all that is written and need no
+ * escaping; the writer would take most of the time that saving many destinations takes.
+ */
+static QByteArray mainFileContent(const QList<KyChannelConfig::ChannelInfo> &channels,
+                                  const QMap<int, int> &assignment)
+{
+    const QByteArray channelTag = tagUpToId(1, CHANNEL_ELEMENT);
+    const QByteArray destinationTag = tagUpToId(2, DESTINATION_ELEMENT);
+    const QByteArray root = XML_ROOT_ELEMENT.toUtf8();
+
+    QHash<int, QByteArray> destinations; // the lines of each channel
+    for (auto it = assignment.cbegin(); it != assignment.cend(); ++it)
+        destinations[it.value()].append(destinationTag).append(QByteArray::number(it.key())).append("\"/>\n");
+
+    QByteArray content = XML_DECLARATION + '<' + root + (channels.isEmpty() ? "/>\n" : ">\n");
+    for (const KyChannelConfig::ChannelInfo &channel : channels) {
+        const QByteArray lines = destinations.value(channel.id);
+        content.append(channelTag).append(QByteArray::number(channel.id));
+        if (lines.isEmpty())
+            content.append("\"/>\n");
+        else
+            content.append("\">\n").append(lines).append("    </" + CHANNEL_ELEMENT.toUtf8() + ">\n");
+    }
+    return channels.isEmpty() ? content : content.append("</" + root + ">\n");
 }
 
 KyChannelConfig::KyChannelConfig(QObject *parent)
@@ -163,28 +195,7 @@ bool KyChannelConfig::saveFile(const QString &path)
     if (file.isEmpty())
         return false; // an empty name would otherwise be looked for in the current directory
 
-    QHash<int, QVector<int>> destinationsByChannel;
-    for (auto it = m_destChannelMap.cbegin(); it != m_destChannelMap.cend(); ++it)
-        destinationsByChannel[it.value()].append(it.key());
-
-    QByteArray content;
-    QXmlStreamWriter writer(&content);
-    writer.setCodec("utf-8");
-    writer.setAutoFormatting(true);
-    writer.writeStartDocument(QStringLiteral("1.0"), true);
-    writer.writeStartElement(XML_ROOT_ELEMENT);
-    for (const ChannelInfo &channel : qAsConst(m_channelList)) {
-        writer.writeStartElement(CHANNEL_ELEMENT);
-        writer.writeAttribute(ID_ATTRIBUTE, QString::number(channel.id));
-        const QVector<int> destinations = destinationsByChannel.value(channel.id);
-        for (int destinationId : destinations) {
-            writer.writeEmptyElement(DESTINATION_ELEMENT);
-            writer.writeAttribute(ID_ATTRIBUTE, QString::number(destinationId));
-        }
-        writer.writeEndElement();
-    }
-    writer.writeEndElement();
-    writer.writeEndDocument();
+    const QByteArray content = mainFileContent(m_channelList, m_destChannelMap);
     return XmlFile::write(file, content) || fail(tr("The channel config file can not be open to write."));
 }
 
