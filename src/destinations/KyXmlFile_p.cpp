@@ -60,8 +60,8 @@ bool read(const QString &path, int sizeLimit, QByteArray *content)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return false;
-    *content = file.read(sizeLimit + 1); // the file may have grown since
-    return file.error() == QFileDevice::NoError && content->size() <= sizeLimit && isHarmless(*content);
+    *content = file.read(info.size() + 1); // one more: a file that grows meanwhile is not whole
+    return file.error() == QFileDevice::NoError && content->size() <= info.size() && isHarmless(*content);
 }
 
 bool write(const QString &path, const QByteArray &content)
