@@ -2,7 +2,7 @@
 
 namespace Kyte {
 
-// Signals of this library name the types without the namespace, and queued connections look them up by that text.
+// Signals of this library name the types without the namespace, and queued connections look that text up.
 static const int RECORD_TYPE_ID = qRegisterMetaType<KyUploadItemInfo>("KyUploadItemInfo");
 static const int RECORD_LIST_TYPE_ID = qRegisterMetaType<QList<KyUploadItemInfo>>("QList<KyUploadItemInfo>");
 

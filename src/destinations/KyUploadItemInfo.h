@@ -12,9 +12,10 @@ namespace Kyte {
 /**
  * The record by which KyDestination hands a channel, a group or a destination to the applications.
  *
- * It is a QObject for the sake of its meta-object, and copied by value all the same: a copy has no parent, and an
- * assigned record keeps its own. Lists of it travel in KyDestination::itemsHasRead(), through queued connections and
- * into signal spies too: "KyUploadItemInfo" and "QList<KyUploadItemInfo>" are registered as meta-types.
+ * It is a QObject for the sake of its meta-object, and copied by value all the same: a copy has no parent,
+ * and an assigned record keeps its own. Lists of it travel in KyDestination::itemsHasRead(), through queued
+ * connections and into signal spies too: "KyUploadItemInfo" and "QList<KyUploadItemInfo>" are registered as
+ * meta-types.
  */
 class KYEDITORCOMMON_EXPORT KyUploadItemInfo : public QObject
 {
@@ -22,11 +23,7 @@ class KYEDITORCOMMON_EXPORT KyUploadItemInfo : public QObject
 
 public:
     /** What a record describes. KyDestination computes a category's type as its DataType plus one. */
-    enum ItemType {
-        Item_Destination = 0,
-        Item_Channel = 1,
-        Item_Group = 2
-    };
+    enum ItemType { Item_Destination = 0, Item_Channel = 1, Item_Group = 2 };
 
     explicit KyUploadItemInfo(QObject *parent = nullptr);
     KyUploadItemInfo(ItemType itemType,
@@ -53,7 +50,7 @@ public:
     void setName(const QString &name);
     int posIndex() const;
     void setPosIndex(int posIndex);
-    /** Network address of a destination; empty for channels and groups, as are the folder, user and password. */
+    /** Network address of a destination; empty for channels and groups, like folder, user and password. */
     QString address() const;
     void setAddress(const QString &address);
     QString sharedFolder() const;
