@@ -11,61 +11,39 @@ namespace Kyte {
 
 static const QString CONNECTION_NAME = QStringLiteral("kyec_verify");
 
-/** Rows that must not be: each gives \a text with the columns of \a statement in the places of %1, %2 and so
- * on. */
-struct RowCheck
-{
-    const char *statement;
-    const char *text;
+/** Each selects a text for every row that must not be. */
+static const char *const ROW_CHECKS[] = {
+    "SELECT printf('channel %s: the id is negative', id) FROM channel_tbl WHERE id < 0",
+    "SELECT printf('group %s: the id is negative', id) FROM group_tbl WHERE id < 0",
+    "SELECT printf('destination %s: the id is negative', id) FROM destination_tbl WHERE id < 0",
+
+    "SELECT printf('channel %s has no name', id) FROM channel_tbl WHERE trim(ifnull(name, '')) = ''",
+    "SELECT printf('group %s has no name', id) FROM group_tbl WHERE trim(ifnull(name, '')) = ''",
+    "SELECT printf('destination %s has no name', id) FROM destination_tbl WHERE trim(ifnull(name, '')) = ''",
+
+    "SELECT printf('%d channels have the name \"%s\"', count(*), name) FROM channel_tbl"
+    " GROUP BY name HAVING count(*) > 1",
+    "SELECT printf('%d groups have the name \"%s\"', count(*), name) FROM group_tbl"
+    " GROUP BY name HAVING count(*) > 1",
+    "SELECT printf('%d destinations have the name \"%s\"', count(*), name) FROM destination_tbl"
+    " GROUP BY name HAVING count(*) > 1",
+
+    "SELECT printf('destination %s \"%s\" is in channel %s, which does not exist', id, name, channel_id)"
+    " FROM destination_tbl WHERE channel_id IS NOT -1 AND channel_id NOT IN (SELECT id FROM channel_tbl)",
+    "SELECT printf('destination %s \"%s\" is in group %s, which does not exist', id, name, group_id)"
+    " FROM destination_tbl WHERE group_id IS NOT -1 AND group_id NOT IN (SELECT id FROM group_tbl)",
 };
 
-static const RowCheck ROW_CHECKS[] = {
-    {"SELECT 'channel', id FROM channel_tbl WHERE id < 0"
-     " UNION ALL SELECT 'group', id FROM group_tbl WHERE id < 0"
-     " UNION ALL SELECT 'destination', id FROM destination_tbl WHERE id < 0",
-     "%1 %2: the id is negative"},
-    {"SELECT 'channel', id FROM channel_tbl WHERE trim(ifnull(name, '')) = ''"
-     " UNION ALL SELECT 'group', id FROM group_tbl WHERE trim(ifnull(name, '')) = ''"
-     " UNION ALL SELECT 'destination', id FROM destination_tbl WHERE trim(ifnull(name, '')) = ''",
-     "%1 %2 has no name"},
-    {"SELECT 'channels', count(*), name FROM channel_tbl GROUP BY name HAVING count(*) > 1"
-     " UNION ALL SELECT 'groups', count(*), name FROM group_tbl GROUP BY name HAVING count(*) > 1"
-     " UNION ALL SELECT 'destinations', count(*), name FROM destination_tbl GROUP BY name HAVING count(*) > "
-     "1",
-     "%2 %1 have the name \"%3\""},
-    {"SELECT id, name, channel_id FROM destination_tbl"
-     " WHERE channel_id IS NOT -1 AND channel_id NOT IN (SELECT id FROM channel_tbl)",
-     "destination %1 \"%2\" is in channel %3, which does not exist"},
-    {"SELECT id, name, group_id FROM destination_tbl"
-     " WHERE group_id IS NOT -1 AND group_id NOT IN (SELECT id FROM group_tbl)",
-     "destination %1 \"%2\" is in group %3, which does not exist"},
-};
-
-static void checkIntegrity(const QSqlDatabase &database, QStringList *problems)
+/** Takes every row of \a statement for a problem, but for the one that says "ok". */
+static void collect(const QSqlDatabase &database, const QString &statement, QStringList *problems)
 {
     QSqlQuery query(database);
-    if (!query.exec(QStringLiteral("PRAGMA integrity_check")))
+    if (!query.exec(statement))
         problems->append(query.lastError().text());
     while (query.next()) {
         const QString result = query.value(0).toString();
         if (result != QLatin1String("ok"))
             problems->append(result);
-    }
-}
-
-static void checkRows(const QSqlDatabase &database, const RowCheck &check, QStringList *problems)
-{
-    QSqlQuery query(database);
-    if (!query.exec(QLatin1String(check.statement)))
-        problems->append(query.lastError().text());
-    while (query.next()) {
-        // All at once: a name may contain a "%1" of its own.
-        const QString text = QLatin1String(check.text);
-        const QString first = query.value(0).toString();
-        const QString second = query.value(1).toString();
-        problems->append(text.contains(QLatin1String("%3"))
-                             ? text.arg(first, second, query.value(2).toString())
-                             : text.arg(first, second));
     }
 }
 
@@ -94,11 +72,11 @@ static void checkDatabase(const QString &path, QStringList *problems)
         problems->append(database.lastError().text());
         return;
     }
-    checkIntegrity(database, problems);
+    collect(database, QStringLiteral("PRAGMA integrity_check"), problems);
     if (!problems->isEmpty())
         return; // what a damaged file answers means nothing
-    for (const RowCheck &check : ROW_CHECKS)
-        checkRows(database, check, problems);
+    for (const char *check : ROW_CHECKS)
+        collect(database, QLatin1String(check), problems);
     checkPasswords(database, problems);
 }
 

@@ -6,6 +6,7 @@
 #include "SampleEnvironment.h"
 #include "TextTable.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QHash>
 #include <QTemporaryDir>
@@ -50,9 +51,9 @@ static double totalMilliseconds(const DemoResult &result)
     return total;
 }
 
-static QString heading(const QString &text)
+static QString section(const QString &heading, const QString &content)
 {
-    return QStringLiteral("\n%1\n\n").arg(text);
+    return QStringLiteral("\n%1\n\n%2").arg(heading, content);
 }
 
 static QString stepsText(const DemoResult &result)
@@ -109,31 +110,40 @@ static QString fingerprintsText(const DemoResult &result)
               .arg(result.fingerprintBefore, result.fingerprintAfter);
 }
 
+static QString entriesText(const SampleEnvironment &environment)
+{
+    QString text;
+    const QStringList entries = environment.entries();
+    for (const QString &entry : entries)
+        text += QStringLiteral("  %1\n").arg(QDir::toNativeSeparators(entry));
+    return text;
+}
+
 static QString resultText(const DemoResult &result, const SampleEnvironment &environment, bool isKept)
 {
+    const DestinationPicture &after = result.after;
     const QString folder = QDir::toNativeSeparators(environment.folder());
     QString text = QStringLiteral("Sample environment: %1 in %2, in %3\n")
                        .arg(counted(result.before.destinations.size(), QStringLiteral("destination")),
                             counted(result.before.channels.size(), QStringLiteral("channel")), folder);
-    text += heading(QStringLiteral("Signals of the reading in normal mode, in order")) + signalsText(result)
-        + heading(QStringLiteral("Steps of the reading, the editing in setting mode and the reopening"))
-        + stepsText(result) + heading(QStringLiteral("What changed (before → after)")) + changesText(result)
-        + heading(QStringLiteral("Channels, as read back"))
-        + categoryTable(result.after.channels, result.after.destinations).toString()
-        + heading(
-                QStringLiteral("Groups, as read back; there were %1 before").arg(result.before.groups.size()))
-        + categoryTable(result.after.groups, result.after.destinations).toString()
-        + heading(QStringLiteral("Destinations, as read back")) + destinationTable(result.after).toString()
-        + heading(QStringLiteral("Fingerprint of the database file, reserved by init() and saveData()"))
-        + fingerprintsText(result) + heading(QStringLiteral("Files in %1").arg(folder));
-    const QStringList entries = environment.entries();
-    for (const QString &entry : entries)
-        text += QStringLiteral("  %1\n").arg(QDir::toNativeSeparators(entry));
-    return text
-        + (isKept ? QStringLiteral("\nTry: kyec destinations --config %1\n")
-                        .arg(QDir::toNativeSeparators(environment.configFile()))
-                  : QStringLiteral(
-                      "\nThe folder is temporary and gone now; --keep DIR makes one that stays.\n"));
+    text += section(QStringLiteral("Signals of the reading in normal mode, in order"), signalsText(result));
+    text += section(QStringLiteral("Steps of the reading, the editing in setting mode and the reopening"),
+                    stepsText(result));
+    text += section(QStringLiteral("What changed (before → after)"), changesText(result));
+    text += section(QStringLiteral("Channels, as read back"),
+                    categoryTable(after.channels, after.destinations).toString());
+    text +=
+        section(QStringLiteral("Groups, as read back; there were %1 before").arg(result.before.groups.size()),
+                categoryTable(after.groups, after.destinations).toString());
+    text += section(QStringLiteral("Destinations, as read back"), destinationTable(after).toString());
+    text += section(QStringLiteral("Fingerprint of the database file, reserved by init() and saveData()"),
+                    fingerprintsText(result));
+    text += section(QStringLiteral("Files in %1").arg(folder), entriesText(environment));
+    text += isKept ? QStringLiteral("\nTry: %1 destinations --config %2\n")
+                         .arg(QDir::toNativeSeparators(QCoreApplication::applicationFilePath()),
+                              QDir::toNativeSeparators(environment.configFile()))
+                   : QStringLiteral("\nThe folder was temporary; --keep DIR makes one that stays.\n");
+    return text;
 }
 
 static QJsonArray stepsToJson(const DemoResult &result)

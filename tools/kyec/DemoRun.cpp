@@ -5,7 +5,6 @@
 #include "KyecPlatform.h"
 #include "SampleEnvironment.h"
 
-#include <KyDestination.h>
 #include <Path.h>
 
 #include <QElapsedTimer>
@@ -32,21 +31,35 @@ static QString itemKind(KyUploadItemInfo::ItemType type)
     return QStringLiteral("destination");
 }
 
-static bool
-moveTo(KyDestination *destination, const QStringList &names, int categoryId, KyDestination::DataType type)
+/** Adds a step with the time from its making to its end. */
+class StepTimer
 {
-    const QList<int> ids = SampleEnvironment::destinationIds(names);
-    return destination->changeDestinationCategory(ids, categoryId, type) == ids;
-}
+    Q_DISABLE_COPY(StepTimer)
+
+public:
+    StepTimer(DemoResult *result, const QString &text)
+        : m_result(result)
+        , m_text(text)
+    {
+        m_timer.start();
+    }
+
+    ~StepTimer()
+    {
+        m_result->steps.append({m_text, double(m_timer.nsecsElapsed()) / 1e6});
+    }
+
+private:
+    DemoResult *m_result = nullptr;
+    QString m_text;
+    QElapsedTimer m_timer;
+};
 
 /** Whether both show the same rows. Passwords are left out: each enciphering gives another text. */
 static bool isSamePicture(const DestinationPicture &left, const DestinationPicture &right)
 {
-    return destinationsToJson(left) == destinationsToJson(right)
-        && categoriesToJson(left.channels, left.destinations)
-        == categoriesToJson(right.channels, right.destinations)
-        && categoriesToJson(left.groups, left.destinations)
-        == categoriesToJson(right.groups, right.destinations);
+    return destinationsToJson(left) == destinationsToJson(right) && left.channelNames == right.channelNames
+        && left.groupNames == right.groupNames;
 }
 
 DemoRecorder::DemoRecorder(KyDestination *destination, QList<DemoSignal> *record)
@@ -106,21 +119,61 @@ bool DemoRun::fail(const QString &message)
     return false;
 }
 
+bool DemoRun::open(KyDestination *destination, const QString &text)
+{
+    const StepTimer timer(&m_result, text);
+    return destination->init() || fail(destination->lastErrorMessage());
+}
+
+bool DemoRun::startToRead(KyDestination *destination)
+{
+    const StepTimer timer(&m_result, QStringLiteral("startToRead()"));
+    destination->startToRead();
+    return destination->lastErrorMessage().isEmpty() || fail(destination->lastErrorMessage());
+}
+
+bool DemoRun::addGroup(KyDestination *destination, const QString &name, int *id)
+{
+    const StepTimer timer(&m_result, QStringLiteral("add group \"%1\"").arg(name));
+    return destination->addNewGroup(name, id) || fail(destination->lastErrorMessage());
+}
+
+bool DemoRun::renameGroup(KyDestination *destination, int id, const QString &from, const QString &to)
+{
+    const StepTimer timer(&m_result, QStringLiteral("rename group \"%1\" to \"%2\"").arg(from, to));
+    return destination->renameGroup(id, to) || fail(destination->lastErrorMessage());
+}
+
+/** Moves the destinations \a names to the channel or group \a id, which is called \a category. */
+bool DemoRun::move(KyDestination *destination,
+                   const QString &names,
+                   KyDestination::DataType type,
+                   int id,
+                   const QString &category)
+{
+    const QList<int> ids = SampleEnvironment::destinationIds(names);
+    const QString kind =
+        type == KyDestination::Data_Group ? QStringLiteral("group") : QStringLiteral("channel");
+    const StepTimer timer(&m_result,
+                          QStringLiteral("move %1 to %2 \"%3\"")
+                              .arg(counted(ids.size(), QStringLiteral("destination")), kind, category));
+    return destination->changeDestinationCategory(ids, id, type) == ids
+        || fail(destination->lastErrorMessage());
+}
+
+bool DemoRun::save(KyDestination *destination)
+{
+    const StepTimer timer(&m_result, QStringLiteral("saveData()"));
+    return destination->saveData() || fail(destination->lastErrorMessage());
+}
+
 bool DemoRun::readInNormalMode()
 {
     KyDestination destination;
     destination.setDataType(KyDestination::Data_Channel);
     {
         const DemoRecorder recorder(&destination, &m_result.readingSignals);
-        const auto read = [&destination] {
-            destination.startToRead();
-            return destination.lastErrorMessage().isEmpty();
-        };
-        if (!step(&destination, QStringLiteral("normal mode: init()"),
-                  [&] {
-                      return destination.init();
-                  })
-            || !step(&destination, QStringLiteral("startToRead()"), read))
+        if (!open(&destination, QStringLiteral("normal mode: init()")) || !startToRead(&destination))
             return false;
     }
     takeFingerprint(QStringLiteral("before editing"), destination.getStandardDatabaseFilePath(), destination);
@@ -132,9 +185,7 @@ bool DemoRun::editInSettingMode()
 {
     KyDestination destination;
     destination.setSettingMode(true);
-    if (!step(&destination, QStringLiteral("setting mode: init()"), [&] {
-            return destination.init();
-        }))
+    if (!open(&destination, QStringLiteral("setting mode: init()")))
         return false;
     const QString workingFile = destination.getWorkingDatabaseFilePath();
     takeFingerprint(QStringLiteral("opened for editing"), workingFile, destination);
@@ -143,9 +194,7 @@ bool DemoRun::editInSettingMode()
     takeFingerprint(QStringLiteral("edited"), workingFile, destination);
     if (!DestinationReader(&destination).read(&m_edited))
         return fail(destination.lastErrorMessage());
-    if (!step(&destination, QStringLiteral("saveData()"), [&] {
-            return destination.saveData();
-        }))
+    if (!save(&destination))
         return false;
     takeFingerprint(QStringLiteral("saved"), destination.getStandardDatabaseFilePath(), destination);
     m_result.fingerprintAfter = m_result.fingerprints.last().hash;
@@ -154,77 +203,34 @@ bool DemoRun::editInSettingMode()
 
 bool DemoRun::editDestinations(KyDestination *destination)
 {
-    static const QStringList entrances{QStringLiteral("Bridge entrance"),   QStringLiteral("Bus stops"),
-                                       QStringLiteral("North entrance"),    QStringLiteral("South entrance"),
-                                       QStringLiteral("Supermarket, door"), QStringLiteral("Taxi rank")};
-    static const QStringList openLate{
-        QStringLiteral("Food court, north"), QStringLiteral("Food court, south"),
-        QStringLiteral("Kiosk, concourse"),  QStringLiteral("Kiosk, platform 5"),
-        QStringLiteral("Soup bar"),          QStringLiteral("Supermarket, till")};
-    static const QStringList toConcourse{QStringLiteral("First-aid room"), QStringLiteral("Lost property")};
-    static const QStringList toPlatforms{QStringLiteral("Kiosk, platform 5")};
-
-    const QString add = QStringLiteral("add group \"%1\"");
-    const QString move = QStringLiteral("move %1 to %2 \"%3\"");
-    const auto moveText = [&move](const QStringList &names, const QString &kind, const QString &name) {
-        return move.arg(counted(names.size(), QStringLiteral("destination")), kind, name);
-    };
-    const QString group = QStringLiteral("group");
-    const QString channel = QStringLiteral("channel");
+    const QString entrances = QStringLiteral("Bridge entrance;Bus stops;North entrance;South entrance;"
+                                             "Supermarket, door;Taxi rank");
+    const QString openLate = QStringLiteral("Food court, north;Food court, south;Kiosk, concourse;"
+                                            "Kiosk, platform 5;Soup bar;Supermarket, till");
+    const QString toConcourse = QStringLiteral("First-aid room;Lost property");
+    const QString toPlatforms = QStringLiteral("Kiosk, platform 5");
+    const QMap<int, QString> &channels = m_result.before.channelNames;
     int entrancesId = -1;
     int eveningId = -1;
-    return step(destination, add.arg(ENTRANCES),
-                [&] {
-                    return destination->addNewGroup(ENTRANCES, &entrancesId);
-                })
-        && step(destination, moveText(entrances, group, ENTRANCES),
-                [&] {
-                    return moveTo(destination, entrances, entrancesId, KyDestination::Data_Group);
-                })
-        && step(destination, add.arg(EVENING),
-                [&] {
-                    return destination->addNewGroup(EVENING, &eveningId);
-                })
-        && step(destination, moveText(openLate, group, EVENING),
-                [&] {
-                    return moveTo(destination, openLate, eveningId, KyDestination::Data_Group);
-                })
-        && step(destination, QStringLiteral("rename group \"%1\" to \"%2\"").arg(EVENING, OPEN_LATE),
-                [&] {
-                    return destination->renameGroup(eveningId, OPEN_LATE);
-                })
-        && step(destination, moveText(toConcourse, channel, m_result.before.channelNames.value(CONCOURSE)),
-                [&] {
-                    return moveTo(destination, toConcourse, CONCOURSE, KyDestination::Data_Channel);
-                })
-        && step(destination, moveText(toPlatforms, channel, m_result.before.channelNames.value(PLATFORMS)),
-                [&] {
-                    return moveTo(destination, toPlatforms, PLATFORMS, KyDestination::Data_Channel);
-                });
+    return addGroup(destination, ENTRANCES, &entrancesId)
+        && move(destination, entrances, KyDestination::Data_Group, entrancesId, ENTRANCES)
+        && addGroup(destination, EVENING, &eveningId)
+        && move(destination, openLate, KyDestination::Data_Group, eveningId, EVENING)
+        && renameGroup(destination, eveningId, EVENING, OPEN_LATE)
+        && move(destination, toConcourse, KyDestination::Data_Channel, CONCOURSE, channels.value(CONCOURSE))
+        && move(destination, toPlatforms, KyDestination::Data_Channel, PLATFORMS, channels.value(PLATFORMS));
 }
 
 bool DemoRun::readBack()
 {
     KyDestination destination;
-    if (!step(&destination, QStringLiteral("reopen in normal mode: init()"), [&] {
-            return destination.init();
-        }))
+    if (!open(&destination, QStringLiteral("reopen in normal mode: init()")))
         return false;
     takeFingerprint(QStringLiteral("reopened"), destination.getStandardDatabaseFilePath(), destination);
     if (!DestinationReader(&destination).read(&m_result.after))
         return fail(destination.lastErrorMessage());
     return isSamePicture(m_edited, m_result.after)
         || fail(QStringLiteral("What was read back is not what was edited."));
-}
-
-template<typename Action>
-bool DemoRun::step(KyDestination *destination, const QString &text, Action action)
-{
-    QElapsedTimer timer;
-    timer.start();
-    const bool done = action();
-    m_result.steps.append({text, timer.nsecsElapsed() / 1e6});
-    return done || fail(QStringLiteral("%1: %2").arg(text, destination->lastErrorMessage()));
 }
 
 void DemoRun::takeFingerprint(const QString &moment, const QString &path, const KyDestination &destination)

@@ -2,6 +2,8 @@
 
 #include "DestinationReader.h"
 
+#include <KyDestination.h>
+
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -75,19 +77,27 @@ class DemoRun
 public:
     DemoRun() = default;
 
-    /** Makes \a environment, and the standard configuration file of it, and does everything. */
+    /** Makes \a environment, takes its configuration file for the standard one and does everything. */
     bool run(SampleEnvironment *environment);
     QString lastErrorMessage() const;
     DemoResult result() const;
 
 private:
     bool fail(const QString &message);
+    bool open(KyDestination *destination, const QString &text);
+    bool startToRead(KyDestination *destination);
+    bool addGroup(KyDestination *destination, const QString &name, int *id);
+    bool renameGroup(KyDestination *destination, int id, const QString &from, const QString &to);
+    bool move(KyDestination *destination,
+              const QString &names,
+              KyDestination::DataType type,
+              int id,
+              const QString &category);
+    bool save(KyDestination *destination);
     bool readInNormalMode();
     bool editInSettingMode();
     bool editDestinations(KyDestination *destination);
     bool readBack();
-    template<typename Action>
-    bool step(KyDestination *destination, const QString &text, Action action);
     void takeFingerprint(const QString &moment, const QString &path, const KyDestination &destination);
 
     QString m_lastErrorMessage;

@@ -34,14 +34,10 @@ static bool readAll(DestinationPicture *picture)
     return false;
 }
 
-/** An edit: it answers what to complain about, nothing when all went well. \a picture is what was there
- * before. */
+/** Edits what \a picture shows; answers what to complain about, nothing when all went well. */
 using Edit = std::function<QString(KyDestination *destination, const DestinationPicture &picture)>;
 
-/**
- * Opens in setting mode, edits, saves and reads the result into \a picture. Anything that fails before the
- * saving leaves the files as they were; it is printed.
- */
+/** Opens in setting mode, edits, saves and reads the result into \a picture; a failure is printed. */
 static bool editAndSave(const Edit &edit, DestinationPicture *picture)
 {
     KyDestination destination;
@@ -263,8 +259,7 @@ static bool parseMove(KyecArguments &arguments, Move *move)
         int id = -1;
         if (!arguments.readId(text, &id))
             return false;
-        if (!move->ids.contains(id))
-            move->ids.append(id);
+        move->ids.append(id);
     }
     move->type = isToGroup ? KyDestination::Data_Group : KyDestination::Data_Channel;
     return arguments.readInteger(isToGroup ? TO_GROUP : TO_CHANNEL, -1, &move->categoryId);

@@ -123,9 +123,8 @@ bool KyecArguments::useConfigFile()
     if (!m_parser.optionNames().contains(CONFIG))
         return true;
     const QString path = m_parser.value(CONFIG);
-    if (path.isEmpty()) {
-        wrongUsage(
-            QStringLiteral("--config needs a file.")); // an empty variable would mean the user's own file
+    if (path.isEmpty()) { // which would mean the user's own file
+        wrongUsage(QStringLiteral("--config needs a file."));
         return false;
     }
     setConfigFile(QFileInfo(path).absoluteFilePath());

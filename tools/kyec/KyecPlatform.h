@@ -4,11 +4,8 @@
 
 namespace Kyte {
 
-/**
- * Makes arguments, file names and the output UTF-8, in the C locale too. Call it before anything looks at an
- * argument.
- */
-void useUtf8();
+/** Makes the console take the output for the UTF-8 that it is, where it has to be told. */
+void prepareConsole();
 
 /** Makes \a path the standard configuration file of this process. */
 void setConfigFile(const QString &path);

@@ -6,9 +6,8 @@
 
 namespace Kyte {
 
-void useUtf8()
+void prepareConsole()
 {
-    // Arguments and file names are UTF-16 here; only the console has to be told.
     SetConsoleOutputCP(CP_UTF8);
 }
 

@@ -1,6 +1,6 @@
 #include "SampleEnvironment.h"
 
-#include <KyChannelConfig.h>
+#include <KyCommon.h>
 
 #include <QDir>
 #include <QDirIterator>
@@ -13,7 +13,6 @@ namespace Kyte {
 static const QString MARK_FILE = QStringLiteral(".kyec-demo");
 static const QString CONFIG_FILE = QStringLiteral("kyteconfig.xml");
 static const QString DATA_FOLDER = QStringLiteral("data");
-static const QString CHANNEL_FOLDER = QStringLiteral("data/channel");
 static const QString LOG_FOLDER = QStringLiteral("log");
 
 struct SampleChannel
@@ -23,46 +22,37 @@ struct SampleChannel
     QStringList destinations;
 };
 
+static QStringList split(const QString &names)
+{
+    return names.split(QLatin1Char(';'));
+}
+
 /** The station. Destinations are numbered from 1 through all channels, channels from 0. */
 static const QList<SampleChannel> &station()
 {
     static const QList<SampleChannel> channels{
-        {QStringLiteral("Concourse"),
-         QStringLiteral("boards"),
-         {QStringLiteral("Bridge entrance"), QStringLiteral("Bus stops"), QStringLiteral("Clock wall"),
-          QStringLiteral("Concourse, arrivals"), QStringLiteral("Concourse, departures"),
-          QStringLiteral("Concourse, east pillar"), QStringLiteral("Concourse, west pillar"),
-          QStringLiteral("Information desk"), QStringLiteral("North entrance"),
-          QStringLiteral("South entrance"), QStringLiteral("Taxi rank"),
-          QStringLiteral("Ticket hall, counter 1"), QStringLiteral("Ticket hall, counter 2"),
-          QStringLiteral("Ticket hall, machines")}},
-        {QStringLiteral("Platforms"),
-         QStringLiteral("platforms"),
-         {QStringLiteral("Footbridge"),       QStringLiteral("Platform 1 north"),
-          QStringLiteral("Platform 1 south"), QStringLiteral("Platform 2 north"),
-          QStringLiteral("Platform 2 south"), QStringLiteral("Platform 3 north"),
-          QStringLiteral("Platform 3 south"), QStringLiteral("Platform 4 north"),
-          QStringLiteral("Platform 4 south"), QStringLiteral("Platform 5 north"),
-          QStringLiteral("Platform 5 south"), QStringLiteral("Platform 6 north"),
-          QStringLiteral("Platform 6 south"), QStringLiteral("Platform 7 north"),
-          QStringLiteral("Platform 7 south"), QStringLiteral("Platform 8 north"),
-          QStringLiteral("Platform 8 south"), QStringLiteral("Platform 9 north"),
-          QStringLiteral("Platform 9 south"), QStringLiteral("Underpass")}},
-        {QStringLiteral("Food and shops"),
-         QStringLiteral("shops"),
-         {QStringLiteral("Bakery"), QStringLiteral("Bookshop"), QStringLiteral("Café, gallery"),
-          QStringLiteral("Café, garden"), QStringLiteral("Chemist"), QStringLiteral("Flower stall"),
-          QStringLiteral("Food court, north"), QStringLiteral("Food court, south"),
-          QStringLiteral("Ice cream stand"), QStringLiteral("Kiosk, concourse"),
-          QStringLiteral("Kiosk, platform 5"), QStringLiteral("Soup bar"),
-          QStringLiteral("Supermarket, door"), QStringLiteral("Supermarket, till")}},
-        {QStringLiteral("Staff"),
-         QStringLiteral("staff"),
-         {QStringLiteral("Canteen"), QStringLiteral("Control room"), QStringLiteral("Crew room, conductors"),
-          QStringLiteral("Crew room, drivers"), QStringLiteral("Dispatch office"),
-          QStringLiteral("First-aid room"), QStringLiteral("Locker room"), QStringLiteral("Lost property"),
-          QStringLiteral("Maintenance depot"), QStringLiteral("Meeting room"),
-          QStringLiteral("Security gate"), QStringLiteral("Training room")}},
+        {QStringLiteral("Concourse"), QStringLiteral("boards"),
+         split(
+             QStringLiteral("Bridge entrance;Bus stops;Clock wall;Concourse, arrivals;Concourse, departures;"
+                            "Concourse, east pillar;Concourse, west pillar;Information desk;North entrance;"
+                            "South entrance;Taxi rank;Ticket hall, counter 1;Ticket hall, counter 2;"
+                            "Ticket hall, machines"))},
+        {QStringLiteral("Platforms"), QStringLiteral("platforms"),
+         split(
+             QStringLiteral("Footbridge;Platform 1 north;Platform 1 south;Platform 2 north;Platform 2 south;"
+                            "Platform 3 north;Platform 3 south;Platform 4 north;Platform 4 south;"
+                            "Platform 5 north;Platform 5 south;Platform 6 north;Platform 6 south;"
+                            "Platform 7 north;Platform 7 south;Platform 8 north;Platform 8 south;"
+                            "Platform 9 north;Platform 9 south;Underpass"))},
+        {QStringLiteral("Food and shops"), QStringLiteral("shops"),
+         split(QStringLiteral(
+             "Bakery;Bookshop;Café, gallery;Café, garden;Chemist;Flower stall;Food court, north;"
+             "Food court, south;Ice cream stand;Kiosk, concourse;Kiosk, platform 5;Soup bar;"
+             "Supermarket, door;Supermarket, till"))},
+        {QStringLiteral("Staff"), QStringLiteral("staff"),
+         split(QStringLiteral("Canteen;Control room;Crew room, conductors;Crew room, drivers;Dispatch office;"
+                              "First-aid room;Locker room;Lost property;Maintenance depot;Meeting room;"
+                              "Security gate;Training room"))},
     };
     return channels;
 }
@@ -75,7 +65,7 @@ static QByteArray document(Content writeContent)
     QXmlStreamWriter writer(&bytes);
     writer.setAutoFormatting(true);
     writer.writeStartDocument();
-    writer.writeStartElement(QStringLiteral("Pelmora"));
+    writer.writeStartElement(XML_ROOT_ELEMENT);
     writeContent(writer);
     writer.writeEndDocument();
     return bytes;
@@ -149,17 +139,18 @@ bool SampleEnvironment::create()
     if (!write(MARK_FILE,
                "Made by \"kyec demo\", which replaces the files in this folder when it runs again.\n"))
         return false;
-    for (const QString &folder : {CHANNEL_FOLDER, LOG_FOLDER}) {
+    const QString channelFolder = DATA_FOLDER + QLatin1Char('/') + CHANNEL_FOLDER;
+    for (const QString &folder : {channelFolder, LOG_FOLDER}) {
         if (!QDir().mkpath(path(folder)))
             return fail(
                 QStringLiteral("The folder cannot be made: %1").arg(QDir::toNativeSeparators(path(folder))));
     }
     for (int id = 0; id < station().size(); ++id) {
-        if (!write(QStringLiteral("%1/channel%2.xml").arg(CHANNEL_FOLDER).arg(id),
+        if (!write(QStringLiteral("%1/channel%2.xml").arg(channelFolder).arg(id),
                    channelFile(id, station().at(id))))
             return false;
     }
-    return write(CHANNEL_FOLDER + QLatin1Char('/') + KyChannelConfig::CHANNEL_CONFIG_FILE_NAME, mainFile())
+    return write(channelFolder + QLatin1Char('/') + CHANNEL_MAIN_FILE, mainFile())
         && write(CONFIG_FILE, configuration());
 }
 
@@ -190,14 +181,15 @@ QStringList SampleEnvironment::entries() const
     return entries;
 }
 
-QList<int> SampleEnvironment::destinationIds(const QStringList &names)
+QList<int> SampleEnvironment::destinationIds(const QString &names)
 {
+    const QStringList wanted = split(names);
     QList<int> ids;
     int id = 0;
     for (const SampleChannel &channel : station()) {
         for (const QString &name : channel.destinations) {
             ++id;
-            if (names.contains(name))
+            if (wanted.contains(name))
                 ids.append(id);
         }
     }

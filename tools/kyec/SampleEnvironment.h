@@ -29,8 +29,8 @@ public:
     /** Files, and folders with a "/" at the end, by name and relative to folder(), as of now. */
     QStringList entries() const;
 
-    /** The ids that the destinations with these names got. */
-    static QList<int> destinationIds(const QStringList &names);
+    /** The ids of the destinations with \a names, which are separated by ";". */
+    static QList<int> destinationIds(const QString &names);
 
 private:
     bool fail(const QString &message);

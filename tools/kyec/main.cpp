@@ -7,7 +7,6 @@
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <cstring>
 
 using namespace Kyte;
 
@@ -43,7 +42,7 @@ static QString usage()
                "  -v, --version  Show the version.\n"
                "\n"
                "Like the applications, listing brings the database up to date with the configuration\n"
-               "first. Editing works on a copy of it and saves at the end, all or nothing.\n"
+               "first. Editing works on a copy of it and saves at the end.\n"
                "Output is UTF-8. Exit codes: 0 success, 1 failure, 2 wrong usage.\n");
 }
 
@@ -88,7 +87,7 @@ static int runCommand(const QStringList &arguments)
 
 int main(int argc, char **argv)
 {
-    useUtf8();
+    prepareConsole();
     QCoreApplication application(argc, argv);
     const int code = runCommand(QCoreApplication::arguments());
     if (!finishOutput())
