@@ -12,8 +12,8 @@
 namespace Kyte {
 
 // Both sides open the database, read the channels with their names, the names of the groups, and all
-// destinations in their order; every text becomes a QString. The library makes records of them, ten a signal,
-// besides.
+// destinations in their order by the same statements; every text becomes a QString. The library makes records
+// of them, ten a signal, besides.
 
 /** Looks at every record and keeps none. */
 class Receiver : public QObject
