@@ -70,23 +70,6 @@ QString KyDestinationRows::text(int column) const
     return column < 0 ? QString() : m_query->value(column).toString();
 }
 
-KyUploadItemInfo *KyRecordBatch::append()
-{
-    if (m_count == m_items.size())
-        m_items.append(KyUploadItemInfo());
-    return &m_items[m_count++];
-}
-
-bool KyRecordBatch::isFull() const
-{
-    return m_count == SIZE;
-}
-
-int KyRecordBatch::count() const
-{
-    return m_count;
-}
-
 QList<KyUploadItemInfo> &KyRecordBatch::items()
 {
     m_items.erase(m_items.begin() + m_count, m_items.end());

@@ -50,9 +50,23 @@ class KyRecordBatch
 public:
     static const int SIZE = 10;
 
-    KyUploadItemInfo *append();
-    bool isFull() const;
-    int count() const;
+    KyUploadItemInfo *append()
+    {
+        if (m_count == m_items.size())
+            m_items.append(KyUploadItemInfo());
+        return &m_items[m_count++];
+    }
+
+    bool isFull() const
+    {
+        return m_count == SIZE;
+    }
+
+    int count() const
+    {
+        return m_count;
+    }
+
     /** Exactly the records appended since restart(). */
     QList<KyUploadItemInfo> &items();
     void restart();
