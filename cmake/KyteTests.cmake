@@ -30,7 +30,6 @@ function(kyte_test name)
     set(launcher "")
     if(ARG_XSERVER)
         set(launcher "${PROJECT_SOURCE_DIR}/tests/helpers/with-xserver")
-        list(PREPEND ARG_ENVIRONMENT QT_QPA_PLATFORM=xcb)
     endif()
     add_test(NAME ${name} COMMAND ${launcher} $<TARGET_FILE:${name}>)
     set_tests_properties(${name} PROPERTIES
