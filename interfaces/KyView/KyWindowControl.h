@@ -18,8 +18,8 @@ struct PROCESS_INFORMATION
 namespace Kyte {
 
 /**
- * Finds windows of other programs. Everything is asked of the window system at the call, nothing is kept; any
- * thread may call.
+ * Finds windows of other programs. Everything is asked of the window system at the call, nothing is kept.
+ * For the GUI thread: on X11, connections may not be opened by several threads at once.
  */
 class KYVIEW_EXPORT KyWindowControl
 {

@@ -13,6 +13,8 @@
 namespace Kyte {
 namespace Test {
 
+static const int STARTING_TIME = 30000; ///< milliseconds that a program has for its first window
+
 /** A running program that opens windows and prints "KIND HANDLE" for each; it is killed with this object. */
 class WindowProgram
 {
@@ -42,7 +44,8 @@ public:
      */
     quint64 handle(const QString &kind)
     {
-        while (!m_handles.contains(kind) && (m_program.canReadLine() || m_program.waitForReadyRead(30000))) {
+        while (!m_handles.contains(kind)
+               && (m_program.canReadLine() || m_program.waitForReadyRead(STARTING_TIME))) {
             const QList<QByteArray> words = m_program.readLine().trimmed().split(' ');
             m_handles.insert(QString::fromLatin1(words.first()), words.last().toULongLong());
         }

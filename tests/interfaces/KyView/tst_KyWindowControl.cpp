@@ -59,8 +59,8 @@ void tst_KyWindowControl::mainWindow_isFound()
     QFETCH(QStringList, windows);
     WindowProgram program(PROGRAM, windows);
     quint64 found = 0;
-    QTRY_VERIFY((found = program.mainWindow())
-                != 0); // what comes first counts: nothing else was found before
+    // What comes first counts: nothing else was found before.
+    QTRY_VERIFY_WITH_TIMEOUT((found = program.mainWindow()) != 0, Kyte::Test::STARTING_TIME);
     QCOMPARE(found, program.handle(QStringLiteral("main")));
     QCOMPARE(program.anyWindow(), found);
 }
@@ -104,7 +104,7 @@ void tst_KyWindowControl::windowsOfOtherProcesses_doNotCount()
     WindowProgram second(PROGRAM, {QStringLiteral("main")});
     WindowProgram third(PROGRAM, {});
     QVERIFY(third.waitUntilReady());
-    QTRY_VERIFY(first.mainWindow() != 0 && second.mainWindow() != 0);
+    QTRY_VERIFY_WITH_TIMEOUT(first.mainWindow() != 0 && second.mainWindow() != 0, Kyte::Test::STARTING_TIME);
     QCOMPARE(first.mainWindow(), first.handle(QStringLiteral("main")));
     QCOMPARE(second.mainWindow(), second.handle(QStringLiteral("main")));
     QVERIFY(first.mainWindow() != second.mainWindow());
@@ -124,7 +124,7 @@ void tst_KyWindowControl::ownWindow_isFound()
 void tst_KyWindowControl::endedProgram_hasNone()
 {
     WindowProgram program(PROGRAM, {QStringLiteral("main")});
-    QTRY_VERIFY(program.mainWindow() != 0);
+    QTRY_VERIFY_WITH_TIMEOUT(program.mainWindow() != 0, Kyte::Test::STARTING_TIME);
     program.end();
     QTRY_COMPARE(program.anyWindow(), quint64(0));
 }
