@@ -13,7 +13,7 @@ namespace Jomo {
 // UTF-16 and not UTF-8, which could not carry every QString.
 static const int NONCE_SIZE = crypto_aead_xchacha20poly1305_ietf_NPUBBYTES;
 static const int OVERHEAD = NONCE_SIZE + crypto_aead_xchacha20poly1305_ietf_ABYTES;
-static const int MAX_TEXT_SIZE = 1 << 28; // the base64 text of a longer one would not fit into a QString
+static const int MAX_TEXT_SIZE = 1 << 28; // the base64 text of much longer ones would outgrow a QString
 static const int BASE64 = sodium_base64_VARIANT_ORIGINAL;
 
 using Buffer = QVarLengthArray<unsigned char, 256>; // passwords need no allocation

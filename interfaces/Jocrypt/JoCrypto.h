@@ -32,7 +32,11 @@ public:
     JoCrypto(const QString &key, const QString &iv);
     ~JoCrypto();
 
-    /** Keeps every text exactly: the empty one, null characters and surrogates without partner included. */
+    /**
+     * Keeps every text exactly: the empty one, null characters and surrogates without partner included.
+     *
+     * @return never empty, except for a text of more than 2^28 characters
+     */
     QString encryptString(QString text) const;
 
     /**
