@@ -63,7 +63,7 @@ void DestinationReader::onItemsHasRead(QList<KyUploadItemInfo> itemInfoList)
 QString findChannelDir()
 {
     KyChannelConfig channelConfig;
-    const QString channelDir = channelConfig.channelDir();
+    QString channelDir = channelConfig.channelDir();
     const QString configFile = QDir::toNativeSeparators(KyEditorConfig::getConfig()->filePath());
     if (channelDir.isEmpty()) {
         printError(QStringLiteral("%1 (%2)").arg(channelConfig.lastErrorMessage(), configFile));

@@ -35,7 +35,7 @@ public:
 private:
     bool fail(const QString &message);
     bool clear();
-    bool write(const QString &path, const QByteArray &content);
+    bool write(const QString &name, const QByteArray &content);
     QString path(const QString &name) const;
 
     QString m_folder;
