@@ -10,6 +10,8 @@
 #include <random>
 
 #ifdef Q_OS_UNIX
+#include "KyFullDevice.h"
+
 #include <sys/stat.h>
 #endif
 
@@ -1002,7 +1004,7 @@ void tst_KyChannelConfig::saveFile_toWhatIsNoFile_fails()
     Test::writeFile(path(), "former");
 #ifdef Q_OS_UNIX
     QCOMPARE(::mkfifo(QFile::encodeName(path(QStringLiteral("pipe"))).constData(), 0600), 0);
-    QVERIFY(QFile::link(QStringLiteral("/dev/full"), path(QStringLiteral("device"))));
+    QVERIFY(Test::makeFullDevice(path(QStringLiteral("device"))));
 #endif
     const QStringList former = Test::namesIn(m_environment->channelDir());
 
