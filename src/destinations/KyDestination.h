@@ -47,8 +47,10 @@ public:
     static const QString DATABASE_CONNECTION_NAME_STD; ///< connection of normal mode
     static const QString DATABASE_CONNECTION_NAME_WORK; ///< connection of setting mode
 
-    /** The kind of category. Operations refuse any other integer, with which startToRead() reads destinations
-     * only. */
+    /**
+     * The kind of category. Operations refuse any other integer, with which startToRead() reads destinations
+     * only.
+     */
     enum DataType : int { Data_Channel = 0, Data_Group = 1 };
 
     explicit KyDestination(QObject *parent = nullptr);
