@@ -19,9 +19,9 @@ namespace Kyte {
  * application's configuration, which belongs to the main thread.
  *
  * A main file of more than 64 MiB (some two million assignments) or a channel file of more than 1 MiB is
- * refused like one that cannot be opened, and so is one that could keep the XML reader busy without end: a
- * file with a document type, with a tag of more than 64 attributes, or with more than 32 KiB in another
- * encoding than UTF-8. Elements nested more than 256 deep count as malformed from there on.
+ * refused like one that cannot be opened. What could keep the XML reader busy without end counts as malformed
+ * from there on: a document type with declarations, a tag of more than 64 attributes, elements nested more
+ * than 256 deep, and more than 32 KiB in another encoding than UTF-8.
  */
 class KYEDITORCOMMON_EXPORT KyChannelConfig : public QObject
 {

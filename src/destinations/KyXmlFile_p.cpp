@@ -23,13 +23,19 @@ static bool isUtf8(const QByteArray &content)
     return encoding.isEmpty() || encoding.compare(QLatin1String("utf-8"), Qt::CaseInsensitive) == 0;
 }
 
-/** The reader compares every attribute of a tag with every other. No tag holds a "<", not even in a value. */
-static bool hasOvergrownTag(const QByteArray &content)
+/**
+ * Where the first tag begins that has too many attributes, of which the reader compares each with every
+ * other; the size where there is none. No tag holds a "<", not even in a value.
+ */
+static int lengthUpToOvergrownTag(const QByteArray &content)
 {
+    int tag = 0;
     int attributes = 0;
     char end = '<'; // of the text, the tag or the value that is being passed over
-    for (char character : content) {
+    for (int i = 0; i < content.size(); ++i) {
+        const char character = content.at(i);
         if (character == '<') {
+            tag = i;
             attributes = 0;
             end = '>';
         } else if (character == end) {
@@ -37,18 +43,28 @@ static bool hasOvergrownTag(const QByteArray &content)
         } else if (end == '>' && (character == '"' || character == '\'')) {
             end = character;
             if (++attributes > MAX_ATTRIBUTES)
-                return true;
+                return tag;
         }
     }
-    return false;
+    return content.size();
 }
 
-/** A document type declares entities that unfold without bound, and attributes to look for in every tag. */
-static bool isHarmless(const QByteArray &content)
+/** Where a document type begins that declares something: entities unfold without bound; else the size. */
+static int lengthUpToDeclarations(const QByteArray &content)
+{
+    const int begin = content.indexOf("<!DOCTYPE");
+    if (begin < 0)
+        return content.size();
+    const int declarations = content.indexOf('[', begin);
+    const int end = content.indexOf('>', begin);
+    return declarations >= 0 && (end < 0 || declarations < end) ? begin : content.size();
+}
+
+static int harmlessLength(const QByteArray &content)
 {
     if (!isUtf8(content))
-        return content.size() <= MAX_FOREIGN_SIZE;
-    return !content.contains("<!DOCTYPE") && !hasOvergrownTag(content);
+        return qMin(content.size(), MAX_FOREIGN_SIZE);
+    return qMin(lengthUpToOvergrownTag(content), lengthUpToDeclarations(content));
 }
 
 bool read(const QString &path, int sizeLimit, QByteArray *content)
@@ -61,7 +77,10 @@ bool read(const QString &path, int sizeLimit, QByteArray *content)
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return false;
     *content = file.read(info.size() + 1); // one more: a file that grows meanwhile is not whole
-    return file.error() == QFileDevice::NoError && content->size() <= info.size() && isHarmless(*content);
+    if (file.error() != QFileDevice::NoError || content->size() > info.size())
+        return false;
+    content->truncate(harmlessLength(*content));
+    return true;
 }
 
 bool write(const QString &path, const QByteArray &content)

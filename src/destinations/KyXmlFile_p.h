@@ -8,9 +8,11 @@ namespace XmlFile {
 
 /**
  * Reads the regular file \a path into \a content, line ends as "\n". False when it cannot be opened and read
- * whole, has more than \a sizeLimit bytes, or could keep an XML reader busy or fill the memory out of all
- * proportion to its size: with a document type, with more than 64 attributes in one tag, or with more than 32
- * KiB in another encoding than UTF-8.
+ * whole, or has more than \a sizeLimit bytes.
+ *
+ * What could keep an XML reader busy or fill the memory out of all proportion is cut off, so that the
+ * document ends there too early: a document type with declarations, a tag with more than 64 attributes, and
+ * what follows the first 32 KiB in another encoding than UTF-8.
  */
 bool read(const QString &path, int sizeLimit, QByteArray *content);
 

@@ -44,8 +44,8 @@ private slots:
     void read_givesTheBytesOfTheFile();
     void read_acceptsWhatAReaderCanHandle_data();
     void read_acceptsWhatAReaderCanHandle();
-    void read_refusesWhatKeepsAReaderBusy_data();
-    void read_refusesWhatKeepsAReaderBusy();
+    void read_cutsOffWhatKeepsAReaderBusy_data();
+    void read_cutsOffWhatKeepsAReaderBusy();
     void read_refusesMoreThanTheLimit();
     void read_ofWhatIsNoFile_isRefused();
     void read_ofAnUnreadableFile_isRefused();
@@ -131,6 +131,7 @@ void tst_KyXmlFile::read_acceptsWhatAReaderCanHandle_data()
     QTest::newRow("large, declared as UTF-8") << padded(utf8 + "<a/>", LIMIT);
     QTest::newRow("large, declared in small letters") << padded(utf8.toLower() + "<a/>", LIMIT);
     QTest::newRow("large with byte order mark") << padded("\xEF\xBB\xBF" + utf8 + "<a/>", LIMIT);
+    QTest::newRow("document type without declarations") << QByteArray("<!DOCTYPE a>\n<a b='['/>");
     QTest::newRow("32 KiB in Shift_JIS") << padded(japanese + "<a/>", FOREIGN_LIMIT);
     QTest::newRow("32 KiB in UTF-16")
         << "\xFF\xFE" + QByteArray("<\0a\0/\0>\0", 8) + QByteArray(" \0", 2).repeated(FOREIGN_LIMIT / 2 - 5);
@@ -147,41 +148,55 @@ void tst_KyXmlFile::read_acceptsWhatAReaderCanHandle()
     QCOMPARE(read, content);
 }
 
-void tst_KyXmlFile::read_refusesWhatKeepsAReaderBusy_data()
+void tst_KyXmlFile::read_cutsOffWhatKeepsAReaderBusy_data()
 {
-    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("kept");
+    QTest::addColumn<QByteArray>("cutOff");
 
+    const QByteArray none;
+    const QByteArray declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!-- -->\n";
     const QByteArray japanese = "<?xml version=\"1.0\" encoding=\"Shift_JIS\"?>";
-    QTest::newRow("65 attributes") << "<a" + attributes(65) + "/>";
-    QTest::newRow("65 attributes in single quotes") << "<a" + attributes(65, " a", "=''") + "/>";
-    QTest::newRow("65 attributes with spaces") << "<a" + attributes(65, "\n a", " = \t\r\n\"\"") + "/>";
-    QTest::newRow("65 attributes with signs") << "<a" + attributes(65, " a", "='>\"/'") + "/>";
-    QTest::newRow("65 attributes after an open quote") << "<!-- \" --><a b='\"'>\"<a" + attributes(65) + "/>";
-    QTest::newRow("65 attributes in the last tag") << "<a><b/><c" + attributes(65) + "/></a>";
-    QTest::newRow("65 attributes and no end") << "<a" + attributes(65);
-    QTest::newRow("100,000 attributes") << "<a" + attributes(100000) + "/>";
-    QTest::newRow("document type") << QByteArray("<!DOCTYPE a><a/>");
-    QTest::newRow("entity bomb") << QByteArray("<!DOCTYPE a [<!ENTITY b 'xxxxxxxx'>]><a>")
+    const QByteArray foreign =
+        "<?xml version=\"1.0\"" + QByteArray(300, ' ') + "encoding=\"Shift_JIS\"?><a/>";
+    QTest::newRow("65 attributes") << none << "<a" + attributes(65) + "/>";
+    QTest::newRow("65 attributes in single quotes") << none << "<a" + attributes(65, " a", "=''") + "/>";
+    QTest::newRow("65 attributes with spaces")
+        << none << "<a" + attributes(65, "\n a", " = \t\r\n\"\"") + "/>";
+    QTest::newRow("65 attributes with signs") << none << "<a" + attributes(65, " a", "='>\"/'") + "/>";
+    QTest::newRow("65 attributes after an open quote")
+        << QByteArray("<!-- \" --><a b='\"'>\"") << "<a" + attributes(65) + "/>";
+    QTest::newRow("65 attributes in the last tag")
+        << QByteArray("<a><b/>") << "<c" + attributes(65) + "/></a>";
+    QTest::newRow("65 attributes and no end") << none << "<a" + attributes(65);
+    QTest::newRow("100,000 attributes") << QByteArray("<b/>") << "<a" + attributes(100000) + "/>";
+    QTest::newRow("entity bomb") << none
+                                 << "<!DOCTYPE a [<!ENTITY b 'xxxxxxxx'>]><a>"
             + QByteArray("&b;").repeated(1000) + "</a>";
-    QTest::newRow("document type after a declaration")
-        << QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!-- -->\n<!DOCTYPE a>\n<a/>");
-    QTest::newRow("more than 32 KiB in Shift_JIS") << padded(japanese + "<a/>", FOREIGN_LIMIT + 1);
+    QTest::newRow("document type with declarations")
+        << declaration << QByteArray("<!DOCTYPE a [<!ELEMENT a EMPTY>]>\n<a/>");
+    QTest::newRow("document type without end") << declaration << QByteArray("<!DOCTYPE a [");
+    QTest::newRow("more than 32 KiB in Shift_JIS")
+        << padded(japanese + "<a/>", FOREIGN_LIMIT) << QByteArray(" ");
     QTest::newRow("more than 32 KiB in UTF-16")
-        << "\xFF\xFE" + QByteArray("<\0a\0/\0>\0", 8) + QByteArray(" \0", 2).repeated(FOREIGN_LIMIT / 2 - 4);
+        << "\xFF\xFE" + QByteArray("<\0a\0/\0>\0", 8) + QByteArray(" \0", 2).repeated(FOREIGN_LIMIT / 2 - 5)
+        << QByteArray(" \0", 2);
     QTest::newRow("more than 32 KiB in an unknown encoding")
-        << padded("<?xml version=\"1.0\" encoding=\"none\"?><a/>", FOREIGN_LIMIT + 1);
-    QTest::newRow("more than 32 KiB behind an endless declaration") << padded(
-        "<?xml version=\"1.0\"" + QByteArray(300, ' ') + "encoding=\"Shift_JIS\"?><a/>", FOREIGN_LIMIT + 1);
+        << padded("<?xml version=\"1.0\" encoding=\"none\"?><a/>", FOREIGN_LIMIT) << QByteArray(" ");
+    QTest::newRow("more than 32 KiB behind an endless declaration")
+        << padded(foreign, FOREIGN_LIMIT) << QByteArray(" ");
 }
 
-void tst_KyXmlFile::read_refusesWhatKeepsAReaderBusy()
+void tst_KyXmlFile::read_cutsOffWhatKeepsAReaderBusy()
 {
-    QFETCH(QByteArray, content);
-    Test::writeFile(path(), content);
-    QByteArray read;
+    QFETCH(QByteArray, kept);
+    QFETCH(QByteArray, cutOff);
+    Test::writeFile(path(), kept + cutOff);
+    QByteArray read = "former";
 
-    QVERIFY(content.size() <= LIMIT);
-    QVERIFY(!XmlFile::read(path(), LIMIT, &read));
+    QVERIFY(kept.size() + cutOff.size() <= LIMIT);
+    QVERIFY(XmlFile::read(path(), LIMIT, &read));
+
+    QCOMPARE(read, kept);
 }
 
 void tst_KyXmlFile::read_refusesMoreThanTheLimit()
