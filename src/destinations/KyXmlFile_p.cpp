@@ -23,48 +23,40 @@ static bool isUtf8(const QByteArray &content)
     return encoding.isEmpty() || encoding.compare(QLatin1String("utf-8"), Qt::CaseInsensitive) == 0;
 }
 
-/**
- * Where the first tag begins that has too many attributes, of which the reader compares each with every
- * other; the size where there is none. No tag holds a "<", not even in a value.
- */
-static int lengthUpToOvergrownTag(const QByteArray &content)
+/** Whether \a markup begins what a document type declares: an ATTLIST, an ELEMENT, an ENTITY, a NOTATION. */
+static bool isDeclaration(const char *markup)
 {
+    return markup[1] == '!' && (markup[2] == 'A' || markup[2] == 'E' || markup[2] == 'N');
+}
+
+/**
+ * The length of \a content up to what costs a reader more than its size: the declarations of a document type,
+ * because entities unfold without bound, and a tag with too many attributes, because each is compared with
+ * every other. That a "<" in a comment looks like one of these does no harm, and no tag holds a "<", not even
+ * in a value.
+ */
+static int harmlessLength(const QByteArray &content)
+{
+    const char *data = content.constData(); // a zero byte ends it
     int tag = 0;
     int attributes = 0;
     char end = '<'; // of the text, the tag or the value that is being passed over
     for (int i = 0; i < content.size(); ++i) {
-        const char character = content.at(i);
-        if (character == '<') {
+        if (data[i] == '<') {
+            if (isDeclaration(data + i))
+                return i;
             tag = i;
             attributes = 0;
-            end = '>';
-        } else if (character == end) {
-            end = character == '>' ? '<' : '>';
-        } else if (end == '>' && (character == '"' || character == '\'')) {
-            end = character;
+            end = data[i + 1] == '!' || data[i + 1] == '?' ? '<' : '>';
+        } else if (data[i] == end) {
+            end = data[i] == '>' ? '<' : '>';
+        } else if (end == '>' && (data[i] == '"' || data[i] == '\'')) {
+            end = data[i];
             if (++attributes > MAX_ATTRIBUTES)
                 return tag;
         }
     }
     return content.size();
-}
-
-/** Where a document type begins that declares something: entities unfold without bound; else the size. */
-static int lengthUpToDeclarations(const QByteArray &content)
-{
-    const int begin = content.indexOf("<!DOCTYPE");
-    if (begin < 0)
-        return content.size();
-    const int declarations = content.indexOf('[', begin);
-    const int end = content.indexOf('>', begin);
-    return declarations >= 0 && (end < 0 || declarations < end) ? begin : content.size();
-}
-
-static int harmlessLength(const QByteArray &content)
-{
-    if (!isUtf8(content))
-        return qMin(content.size(), MAX_FOREIGN_SIZE);
-    return qMin(lengthUpToOvergrownTag(content), lengthUpToDeclarations(content));
 }
 
 bool read(const QString &path, int sizeLimit, QByteArray *content)
@@ -79,7 +71,7 @@ bool read(const QString &path, int sizeLimit, QByteArray *content)
     *content = file.read(info.size() + 1); // one more: a file that grows meanwhile is not whole
     if (file.error() != QFileDevice::NoError || content->size() > info.size())
         return false;
-    content->truncate(harmlessLength(*content));
+    content->truncate(isUtf8(*content) ? harmlessLength(*content) : qMin(content->size(), MAX_FOREIGN_SIZE));
     return true;
 }
 

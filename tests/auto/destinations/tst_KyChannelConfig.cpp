@@ -154,6 +154,8 @@ private slots:
     void saveFile_writesChannelsInListOrder();
     void saveFile_replacesTheFileAndLeavesNothingElse();
     void saveFile_afterReadFile_dropsAssignmentsToUnlistedChannels();
+    void saveFile_writesWhatAnXmlWriterWrites_data();
+    void saveFile_writesWhatAnXmlWriterWrites();
     void saveFile_isReadBack();
     void saveFile_toWhatIsNoFile_fails_data();
     void saveFile_toWhatIsNoFile_fails();
@@ -849,6 +851,7 @@ void tst_KyChannelConfig::hostileFile_isReadInBoundedTime_data()
     const QString bomb =
         QStringLiteral("<!DOCTYPE a [<!ENTITY e '%1'>]><Pelmora>").arg(QString(4000, QLatin1Char('x')));
     row("entities", bomb.toLatin1(), "&e;");
+    row("entities behind a comment", "<!-- <!DOCTYPE a> -->" + bomb.toLatin1(), "&e;");
     row("entities in UTF-16", utf16(QStringLiteral("\uFEFF") + bomb), utf16(QStringLiteral("&e;")));
 
     // In this encoding the bytes of "<" are parts of other characters, here of the attributes' names.
@@ -969,6 +972,62 @@ void tst_KyChannelConfig::saveFile_afterReadFile_dropsAssignmentsToUnlistedChann
     QCOMPARE(describe(m_config->destChannelMap()), QStringLiteral("10=1 20=2"));
     QVERIFY(m_config->readFile(QString()));
     QCOMPARE(describe(m_config->destChannelMap()), QStringLiteral("10=1"));
+}
+
+/** The main file as QXmlStreamWriter writes it, one look-up per channel and destination. */
+static QByteArray mainFileByWriter(const KyChannelConfig &config)
+{
+    QByteArray content;
+    QXmlStreamWriter writer(&content);
+    writer.setCodec("utf-8");
+    writer.setAutoFormatting(true);
+    writer.writeStartDocument(QStringLiteral("1.0"), true);
+    writer.writeStartElement(QStringLiteral("Pelmora"));
+    const QMap<int, int> assignment = config.destChannelMap();
+    for (const KyChannelConfig::ChannelInfo &channel : config.channelList()) {
+        writer.writeStartElement(QStringLiteral("channel"));
+        writer.writeAttribute(QStringLiteral("id"), QString::number(channel.id));
+        for (auto it = assignment.cbegin(); it != assignment.cend(); ++it) {
+            if (it.value() != channel.id)
+                continue;
+            writer.writeEmptyElement(QStringLiteral("destination"));
+            writer.writeAttribute(QStringLiteral("id"), QString::number(it.key()));
+        }
+        writer.writeEndElement();
+    }
+    writer.writeEndElement();
+    writer.writeEndDocument();
+    return content;
+}
+
+void tst_KyChannelConfig::saveFile_writesWhatAnXmlWriterWrites_data()
+{
+    QTest::addColumn<int>("channels");
+    QTest::addColumn<int>("destinations");
+
+    QTest::newRow("nothing") << 0 << 0;
+    QTest::newRow("destinations alone") << 0 << 10;
+    QTest::newRow("channels alone") << 10 << 0;
+    QTest::newRow("few channels") << 5 << 1000;
+    QTest::newRow("many channels") << 300 << 300;
+}
+
+void tst_KyChannelConfig::saveFile_writesWhatAnXmlWriterWrites()
+{
+    QFETCH(int, channels);
+    QFETCH(int, destinations);
+    std::mt19937 random(20240303);
+    const auto number = [&](int limit) {
+        return int(random() % unsigned(limit));
+    };
+    for (int i = 0; i < channels; ++i)
+        m_config->channelListPtr()->append({number(channels) - 2, QStringLiteral("<\"&>"), i});
+    for (int i = 0; i < destinations; ++i)
+        m_config->insertDestination(int(random()), number(channels + 2) - 2);
+
+    QVERIFY(m_config->saveFile(path()));
+
+    QCOMPARE(Test::readFile(path()), mainFileByWriter(*m_config));
 }
 
 void tst_KyChannelConfig::saveFile_isReadBack()

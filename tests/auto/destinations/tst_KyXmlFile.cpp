@@ -131,6 +131,9 @@ void tst_KyXmlFile::read_acceptsWhatAReaderCanHandle_data()
     QTest::newRow("large, declared as UTF-8") << padded(utf8 + "<a/>", LIMIT);
     QTest::newRow("large, declared in small letters") << padded(utf8.toLower() + "<a/>", LIMIT);
     QTest::newRow("large with byte order mark") << padded("\xEF\xBB\xBF" + utf8 + "<a/>", LIMIT);
+    QTest::newRow("quotes in a comment and an instruction") << "<!-- " + QByteArray("'x' ").repeated(1000)
+            + "--><?a " + QByteArray("\"x\" ").repeated(1000) + "?><a/>";
+    QTest::newRow("cut off behind a tag's begin") << QByteArray("<a><!");
     QTest::newRow("document type without declarations") << QByteArray("<!DOCTYPE a>\n<a b='['/>");
     QTest::newRow("32 KiB in Shift_JIS") << padded(japanese + "<a/>", FOREIGN_LIMIT);
     QTest::newRow("32 KiB in UTF-16")
@@ -169,12 +172,16 @@ void tst_KyXmlFile::read_cutsOffWhatKeepsAReaderBusy_data()
         << QByteArray("<a><b/>") << "<c" + attributes(65) + "/></a>";
     QTest::newRow("65 attributes and no end") << none << "<a" + attributes(65);
     QTest::newRow("100,000 attributes") << QByteArray("<b/>") << "<a" + attributes(100000) + "/>";
-    QTest::newRow("entity bomb") << none
-                                 << "<!DOCTYPE a [<!ENTITY b 'xxxxxxxx'>]><a>"
-            + QByteArray("&b;").repeated(1000) + "</a>";
-    QTest::newRow("document type with declarations")
-        << declaration << QByteArray("<!DOCTYPE a [<!ELEMENT a EMPTY>]>\n<a/>");
-    QTest::newRow("document type without end") << declaration << QByteArray("<!DOCTYPE a [");
+    const QByteArray bomb = "<!ENTITY b 'xxxxxxxx'>]><a>" + QByteArray("&b;").repeated(1000) + "</a>";
+    QTest::newRow("entity bomb") << QByteArray("<!DOCTYPE a [") << bomb;
+    QTest::newRow("entity bomb behind a declaration") << declaration + "<!DOCTYPE a\n[\n" << bomb;
+    QTest::newRow("entity bomb behind a comment") << QByteArray("<!-- <!DOCTYPE a> --><!DOCTYPE a [") << bomb;
+    QTest::newRow("entity bomb behind a literal") << QByteArray("<!DOCTYPE a SYSTEM \">'\" [") << bomb;
+    QTest::newRow("element declaration")
+        << QByteArray("<!DOCTYPE a [") << QByteArray("<!ELEMENT a EMPTY>]>\n<a/>");
+    QTest::newRow("attribute list") << QByteArray("<!DOCTYPE a [ <!-- -->")
+                                    << QByteArray("<!ATTLIST a b CDATA 'c'>");
+    QTest::newRow("notation") << QByteArray("<!DOCTYPE a [") << QByteArray("<!NOTATION a SYSTEM 'c'>]><a/>");
     QTest::newRow("more than 32 KiB in Shift_JIS")
         << padded(japanese + "<a/>", FOREIGN_LIMIT) << QByteArray(" ");
     QTest::newRow("more than 32 KiB in UTF-16")
