@@ -14,7 +14,8 @@ using namespace Kyte;
 // The library reads which destination is in which channel out of the database, merges that into what
 // "chconfig.xml" said, groups it by channel and writes the file. The reference only writes: it has the
 // destinations of every channel in a list. Both replace the file in one step and wait until it is on the
-// disk.
+// disk. The configuration file, which the library reads anew to learn the folder, lists no destinations here:
+// reading a long one would outweigh the rest, on both sides if the reference did it too.
 
 struct Channel
 {
