@@ -11,8 +11,9 @@ namespace Kyte {
 namespace Test {
 
 /**
- * Makes \a path a device that is always full. An ordinary user gets a link to the system's own, which only root could
- * harm; root gets a device of the test's own, which broken code may replace. False where neither can be made.
+ * Makes \a path a device that is always full. An ordinary user gets a link to the system's own, which only
+ * root could harm; root gets a device of the test's own, which broken code may replace. False where neither
+ * can be made.
  */
 inline bool makeFullDevice(const QString &path)
 {

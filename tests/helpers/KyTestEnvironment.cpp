@@ -42,7 +42,8 @@ Environment::Environment()
     : m_formerConfigFile(qgetenv("KYTE_CONFIG_FILE"))
     , m_hadConfigFile(qEnvironmentVariableIsSet("KYTE_CONFIG_FILE"))
 {
-    if (!m_folder.isValid() || !QDir().mkpath(channelDir()) || !QDir().mkpath(root() + QStringLiteral("/log")))
+    if (!m_folder.isValid() || !QDir().mkpath(channelDir())
+        || !QDir().mkpath(root() + QStringLiteral("/log")))
         qFatal("No temporary folder for the test");
     writeConfig({});
     qputenv("KYTE_CONFIG_FILE", QFile::encodeName(configFile()));
@@ -227,7 +228,8 @@ static void run(const QString &path, const QStringList &statements, QStringList 
             while (rows && query.next()) {
                 QStringList columns;
                 for (int column = 0; column < query.record().count(); ++column)
-                    columns.append(query.isNull(column) ? QStringLiteral("NULL") : query.value(column).toString());
+                    columns.append(query.isNull(column) ? QStringLiteral("NULL")
+                                                        : query.value(column).toString());
                 rows->append(columns.join(QLatin1Char('|')));
             }
         }

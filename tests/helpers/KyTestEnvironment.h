@@ -20,13 +20,15 @@ struct Destination
     QString password;
 };
 
-/** A destination whose texts all derive from \a id: "Destination 7", "10.0.0.7", "share7", "user7", "secret7". */
+/** A destination whose texts all derive from \a id: "Destination 7", "10.0.0.7", "share7", "user7",
+ * "secret7". */
 Destination makeDestination(int id);
 QList<Destination> makeDestinations(int firstId, int count);
 
 /**
- * A product environment in a temporary folder of its own: the configuration file, which KYTE_CONFIG_FILE names while
- * the object lives, the data folder and its channel folder. Everything is on disk and is removed with the object.
+ * A product environment in a temporary folder of its own: the configuration file, which KYTE_CONFIG_FILE
+ * names while the object lives, the data folder and its channel folder. Everything is on disk and is removed
+ * with the object.
  */
 class Environment
 {
@@ -42,8 +44,8 @@ public:
     QString dataDir() const;
     QString channelDir() const;
     QString databaseFile() const; ///< "destination.kyb" in the channel folder
-    QString workingFile() const;  ///< "destination.kyb.work" in the channel folder
-    QString mainFile() const;     ///< "chconfig.xml" in the channel folder
+    QString workingFile() const; ///< "destination.kyb.work" in the channel folder
+    QString mainFile() const; ///< "chconfig.xml" in the channel folder
 
     /** Replaces the configuration file. Nothing reads it until the code under test does. */
     void writeConfig(const QList<Destination> &destinations) const;
@@ -90,7 +92,8 @@ QByteArray readFile(const QString &path);
 
 /** The rows that \a sql gives on the database file \a path, columns joined by "|", NULL written so. */
 QStringList queryRows(const QString &path, const QString &sql);
-/** Executes \a statements on the database file \a path in a connection of its own, or ends the test program. */
+/** Executes \a statements on the database file \a path in a connection of its own, or ends the test program.
+ */
 void execute(const QString &path, const QStringList &statements);
 
 } // namespace Test

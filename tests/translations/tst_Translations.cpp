@@ -45,7 +45,8 @@ QString tst_Translations::bracketedCopy(const QByteArray &content)
         if (reader.isStartElement() && name == QLatin1String("translation")) {
             reader.skipCurrentElement();
             writer.writeTextElement(name, QLatin1Char('[') + source + QLatin1Char(']'));
-        } else if (reader.isStartElement() && (name == QLatin1String("source") || name == QLatin1String("name"))) {
+        } else if (reader.isStartElement()
+                   && (name == QLatin1String("source") || name == QLatin1String("name"))) {
             const QString text = reader.readElementText();
             if (name == QLatin1String("name")) {
                 context = text.toUtf8();
@@ -69,8 +70,9 @@ void tst_Translations::initTestCase()
     QVERIFY(!content.isEmpty());
     m_messageCount = content.count("<message>");
     const QString compiled = m_folder.filePath(QStringLiteral("bracketed.qm"));
-    QCOMPARE(QProcess::execute(qEnvironmentVariable("KYTE_LRELEASE"),
-                               {QStringLiteral("-silent"), bracketedCopy(content), QStringLiteral("-qm"), compiled}),
+    QCOMPARE(QProcess::execute(
+                 qEnvironmentVariable("KYTE_LRELEASE"),
+                 {QStringLiteral("-silent"), bracketedCopy(content), QStringLiteral("-qm"), compiled}),
              0);
     QVERIFY(m_translator.load(compiled));
 }
