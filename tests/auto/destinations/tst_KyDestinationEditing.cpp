@@ -65,6 +65,7 @@ private slots:
     void add_refusesANameInUse_data();
     void add_refusesANameInUse();
     void add_refusesANullName();
+    void add_commitsAFailureToo();
     void add_failsWithoutAnIdOrPosition_data();
     void add_failsWithoutAnIdOrPosition();
 
@@ -75,6 +76,7 @@ private slots:
     void renameOfAMissingId_isAccepted();
     void rename_refusesANameInUse_data();
     void rename_refusesANameInUse();
+    void rename_takesAFailureBack();
 
     void remove_detachesTheDestinations_data();
     void remove_detachesTheDestinations();
@@ -396,6 +398,22 @@ void tst_KyDestinationEditing::add_refusesANullName()
     QVERIFY(destination->addNewGroup(QStringLiteral(""), nullptr)); // empty is another matter
 }
 
+void tst_KyDestinationEditing::add_commitsAFailureToo()
+{
+    const std::unique_ptr<KyDestination> destination = create();
+    // A trigger can fail without taking back what the statement has done so far.
+    execute(file(),
+            {QStringLiteral("CREATE TRIGGER late AFTER INSERT ON group_tbl"
+                            " BEGIN SELECT RAISE(FAIL, 'too late'); END")});
+    DestinationRecorder recorder(destination.get());
+    int id = 77;
+    QVERIFY(!destination->addNewGroup(QStringLiteral("New"), &id));
+    QCOMPARE(id, -1);
+    QCOMPARE(recorder.takeSignals(),
+             QStringList({error(QStringLiteral("Error occured: too late Unable to fetch row"))}));
+    QCOMPARE(rows(QStringLiteral("group_tbl")).constLast(), QStringLiteral("3|New|3"));
+}
+
 void tst_KyDestinationEditing::add_failsWithoutAnIdOrPosition_data()
 {
     QTest::addColumn<QString>("change");
@@ -481,6 +499,20 @@ void tst_KyDestinationEditing::rename_refusesANameInUse()
     QCOMPARE(rows(tableOf(type)), before);
     QVERIFY(destination->renameCategory(toType(type), 1, QStringLiteral("Free")));
     QCOMPARE(destination->lastErrorMessage(), QString());
+}
+
+void tst_KyDestinationEditing::rename_takesAFailureBack()
+{
+    const std::unique_ptr<KyDestination> destination = create();
+    const QStringList before = rows(QStringLiteral("group_tbl"));
+    execute(file(),
+            {QStringLiteral("CREATE TRIGGER late AFTER UPDATE ON group_tbl"
+                            " BEGIN SELECT RAISE(FAIL, 'too late'); END")});
+    DestinationRecorder recorder(destination.get());
+    QVERIFY(!destination->renameGroup(1, QStringLiteral("New")));
+    QCOMPARE(recorder.takeSignals(),
+             QStringList({error(QStringLiteral("Error occured: too late Unable to fetch row"))}));
+    QCOMPARE(rows(QStringLiteral("group_tbl")), before);
 }
 
 void tst_KyDestinationEditing::remove_detachesTheDestinations_data()
