@@ -287,12 +287,12 @@ QString SaveWorld::problemOfAnswer(const Environment &environment, const QString
     return problem(environment);
 }
 
-QStringList SaveWorld::leftovers(const Environment &environment) const
+QString SaveWorld::leftovers(const Environment &environment) const
 {
     QStringList files = channelFolder(environment);
     for (const QPair<QString, QByteArray> &file : m_files)
         files.removeAll(QFileInfo(file.first).fileName());
-    return files;
+    return files.join(QLatin1Char(' '));
 }
 
 } // namespace Test

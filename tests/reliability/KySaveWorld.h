@@ -56,8 +56,8 @@ public:
     /** What is wrong after ky_save has said \a answer and ended by itself. */
     QString problemOfAnswer(const Environment &environment, const QString &answer) const;
 
-    /** Files in the channel folder that were neither there before nor belong to the database. */
-    QStringList leftovers(const Environment &environment) const;
+    /** The files in the channel folder that were not there before, separated by blanks. */
+    QString leftovers(const Environment &environment) const;
 
 private:
     QString problemOfContent(const SavedContent &present, const SavedContent &wanted) const;

@@ -19,23 +19,24 @@ static QStringList words(const char *text)
     return QString::fromLatin1(text).split(QLatin1Char(' '));
 }
 
-bool SystemCall::changesFiles() const
+bool SystemCall::isOfFile() const
+{
+    const bool namesFile = text.contains(QLatin1String("</")) || text.contains(QLatin1String("\"/"));
+    return namesFile && name != QLatin1String("close");
+}
+
+bool SystemCall::changesFile() const
 {
     static const QStringList NAMES = words("write pwrite64 writev fsync fdatasync ftruncate fallocate rename"
                                            " renameat renameat2 link linkat sendfile copy_file_range");
-    return NAMES.contains(name) || deletesFile()
-        || (name.startsWith(QLatin1String("open")) && !text.contains(QLatin1String("O_RDONLY")));
+    return isOfFile()
+        && (NAMES.contains(name) || deletesFile()
+            || (name.startsWith(QLatin1String("open")) && !text.contains(QLatin1String("O_RDONLY"))));
 }
 
 bool SystemCall::deletesFile() const
 {
     return name.startsWith(QLatin1String("unlink"));
-}
-
-bool SystemCall::canFail() const
-{
-    static const QStringList SAFE_NAMES = words("brk mmap munmap mprotect getpid geteuid futex close");
-    return !SAFE_NAMES.contains(name);
 }
 
 QString testProgram(const QString &name)
@@ -79,24 +80,19 @@ QString whyNotTraceable()
 /** The calls between the marks in the log of strace, and the answer behind the second mark. */
 static void parse(const QString &log, TracedRun *run)
 {
-    static const QRegularExpression CALL(QStringLiteral("^(\\d+) +(\\w+)\\("));
+    static const QRegularExpression CALL(QStringLiteral("^(\\w+)\\("));
     static const QRegularExpression END_MARK(QStringLiteral("\"kyte-save-ended (.*)\".* = (.*)$"));
-    QString process; // the first one; others are a shell and its children
     QHash<QString, int> numbers;
     bool isSaving = false;
     const QStringList lines = log.split(QLatin1Char('\n'));
     for (const QString &line : lines) {
         const QRegularExpressionMatch match = CALL.match(line);
-        if (process.isEmpty())
-            process = match.captured(1);
-        if (!match.hasMatch() || match.captured(1) != process)
+        if (!match.hasMatch())
             continue;
-        SystemCall call;
-        call.name = match.captured(2);
-        call.number = ++numbers[call.name];
-        call.text = line.mid(match.capturedStart(2));
+        const QString name = match.captured(1);
+        const int number = ++numbers[name];
         if (isSaving && run->answer.isEmpty())
-            run->calls.append(call);
+            run->calls.append({name, number, line});
         if (line.contains(BEGIN_MARK))
             isSaving = true;
         const QRegularExpressionMatch end = END_MARK.match(line);
@@ -109,8 +105,8 @@ TracedRun traceSaving(const QStringList &arguments, const QString &injection)
 {
     const QTemporaryDir folder;
     const QString log = folder.filePath(QStringLiteral("log"));
-    QStringList options = {QStringLiteral("-f"),  QStringLiteral("-y"), QStringLiteral("-s"),
-                           QStringLiteral("200"), QStringLiteral("-o"), log};
+    QStringList options = {QStringLiteral("-y"), QStringLiteral("-s"), QStringLiteral("200"),
+                           QStringLiteral("-o"), log};
     if (!injection.isEmpty())
         options.append({QStringLiteral("-e"), QStringLiteral("inject=") + injection});
     TracedRun result;

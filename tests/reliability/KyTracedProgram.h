@@ -20,9 +20,9 @@ struct SystemCall
     int number = 0; ///< counts the calls of that name since the program was started, from 1
     QString text; ///< with its arguments, descriptors with the names of their files
 
-    bool changesFiles() const; ///< writes, brings onto the disk, makes, renames, cuts or deletes a file
+    bool isOfFile() const; ///< whether it fails on a broken disk
+    bool changesFile() const; ///< writes, brings onto the disk, makes, renames, cuts or deletes it
     bool deletesFile() const;
-    bool canFail() const; ///< on a broken disk
 };
 
 struct TracedRun : ProgramRun

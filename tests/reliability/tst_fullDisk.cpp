@@ -93,7 +93,7 @@ void FullDiskTest::fullDisk_keepsTheOldData()
         QCOMPARE(run.output.value(0), QStringLiteral("ready"));
         answers.append(run.output.mid(1).join(QLatin1Char('\n')));
         QCOMPARE(world.problemOfAnswer(environment, answers.constLast()), QString());
-        QCOMPARE(world.leftovers(environment), QStringList());
+        QCOMPARE(world.leftovers(environment), QString());
     }
     QCOMPARE(answers.constFirst(), MAIN_FILE_ANSWER);
     QCOMPARE(answers.contains(DATABASE_ANSWER), isDatabaseRefused);

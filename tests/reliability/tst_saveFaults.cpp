@@ -2,6 +2,8 @@
 #include "KyTestMain.h"
 #include "KyTracedProgram.h"
 
+#include <algorithm>
+
 namespace Kyte {
 namespace Test {
 
@@ -31,7 +33,7 @@ void SaveFaultsTest::initTestCase()
 /** The answer that a failure of \a call has to lead to; empty where saving may succeed without the call. */
 static QString requiredAnswer(const SystemCall &call, const QString &errorText)
 {
-    if (!call.changesFiles() || call.deletesFile())
+    if (!call.changesFile() || call.deletesFile())
         return QString();
     if (call.text.contains(QLatin1String(".save")))
         return DATABASE_ANSWER.arg(errorText);
@@ -84,10 +86,16 @@ void SaveFaultsTest::failingCall_isAnsweredTruly()
     QVERIFY(calls.size() > 50);
     calls.removeLast(); // the mark
 
+    // The undefined-behaviour sanitizer looks whether memory can be read by writing it to a pipe.
+    const bool isSanitized = std::any_of(calls.cbegin(), calls.cend(), [](const SystemCall &call) {
+        return call.text.contains(QLatin1String("<pipe:"));
+    });
     int tried = 0;
     int failed = 0;
-    for (const SystemCall &call : calls) {
-        if (!call.canFail() || (onlyChanges && !call.changesFiles()))
+    for (int index = 0; index < calls.size(); index += onlyChanges ? 1 : KYTE_EVERY_NTH_CALL) {
+        const SystemCall &call = calls.at(index);
+        if (!call.isOfFile() || (onlyChanges && !call.changesFile())
+            || (isSanitized && lasts && call.name == QLatin1String("write")))
             continue;
         Environment environment;
         world.furnish(environment);
@@ -99,7 +107,7 @@ void SaveFaultsTest::failingCall_isAnsweredTruly()
         if (!required.isEmpty())
             QVERIFY2(run.answer == required, label + ": " + run.answer.toUtf8());
         if (!call.deletesFile()) // which is what cleaning up takes
-            QCOMPARE(world.leftovers(environment), QStringList());
+            QCOMPARE(world.leftovers(environment), QString());
         const QString problem = world.problemOfAnswer(environment, run.answer);
         QVERIFY2(problem.isEmpty(), label + ": " + run.answer.toUtf8() + ": " + problem.toUtf8());
         ++tried;

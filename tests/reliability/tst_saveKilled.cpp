@@ -41,7 +41,8 @@ void SaveKilledTest::killedAtEverySystemCall_losesNothing()
     const QList<SystemCall> calls = traceSaving(world.arguments(rehearsal)).calls;
     QVERIFY(calls.size() > 50);
 
-    for (const SystemCall &call : calls) {
+    for (int index = 0; index < calls.size(); index += KYTE_EVERY_NTH_CALL) {
+        const SystemCall &call = calls.at(index);
         Environment environment;
         world.furnish(environment);
         const TracedRun run =
