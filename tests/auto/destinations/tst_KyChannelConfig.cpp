@@ -51,11 +51,11 @@ static QByteArray nested(int depth, const QByteArray &content)
     return QByteArray("<a>").repeated(depth) + content + QByteArray("</a>").repeated(depth);
 }
 
-static QByteArray manyAttributes(int count)
+static QByteArray manyAttributes(int count, const QByteArray &name = "a", const QByteArray &value = "")
 {
     QByteArray text;
     for (int i = 0; i < count; ++i)
-        text += " a" + QByteArray::number(i) + "=''";
+        text += ' ' + name + QByteArray::number(i) + "='" + value + '\'';
     return text;
 }
 
@@ -843,7 +843,8 @@ void tst_KyChannelConfig::hostileFile_isReadInBoundedTime_data()
     };
     row("nested elements", "<Pelmora>", "<a>");
     row("nested name spaces", "<Pelmora>", "<a xmlns:b='c'>");
-    row("name spaces in a row", "<Pelmora>", "<a xmlns:b='c'/>");
+    row("name spaces around all elements",
+        "<Pelmora>" + ("<a" + manyAttributes(60, "xmlns:b", "c") + ">").repeated(250), "<a/>");
     row("many attributes", "<Pelmora>", "<a" + manyAttributes(64) + "/>");
     row("one tag", "<Pelmora" + manyAttributes(300000), " ");
     row("attribute lists", "<!DOCTYPE a [", "<!ATTLIST a b CDATA 'c'>");
