@@ -11,7 +11,7 @@ namespace XmlFile {
  * whole, or has more than \a sizeLimit bytes.
  *
  * What could keep an XML reader busy or fill the memory out of all proportion is cut off, so that the
- * document ends there too early: a document type with declarations, a tag with more than 64 attributes, and
+ * document ends there too early: the declarations of a document type, a tag with more than 64 attributes, and
  * what follows the first 32 KiB in another encoding than UTF-8.
  */
 bool read(const QString &path, int sizeLimit, QByteArray *content);
