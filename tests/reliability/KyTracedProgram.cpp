@@ -52,7 +52,7 @@ static void run(const QString &program, const QStringList &arguments, ProgramRun
     environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
     process.setProcessEnvironment(environment);
     process.start(program, arguments);
-    if (!process.waitForFinished(TIME_LIMIT))
+    if (!process.waitForFinished(TIME_LIMIT) && process.error() != QProcess::FailedToStart)
         qFatal("%s: %s", qPrintable(program), qPrintable(process.errorString()));
     result->isKilled = process.exitStatus() == QProcess::CrashExit;
     result->output =

@@ -34,7 +34,7 @@ struct TracedRun : ProgramRun
 /** The path of the small program \a name that is built for tests. */
 QString testProgram(const QString &name);
 
-/** Runs \a program to its end. */
+/** Runs \a program to its end; one that is not there has no output. */
 ProgramRun runProgram(const QString &program, const QStringList &arguments);
 
 /** Why programs cannot be traced on this machine, empty when they can. */

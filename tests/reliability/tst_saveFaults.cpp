@@ -2,6 +2,8 @@
 #include "KyTestMain.h"
 #include "KyTracedProgram.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 namespace Kyte {
@@ -16,6 +18,8 @@ private slots:
     void initTestCase();
     void failingCall_isAnsweredTruly_data();
     void failingCall_isAnsweredTruly();
+    void newContent_isOnTheDiskBeforeItTakesItsPlace_data();
+    void newContent_isOnTheDiskBeforeItTakesItsPlace();
 };
 
 static const QString MAIN_FILE_ANSWER =
@@ -115,6 +119,41 @@ void SaveFaultsTest::failingCall_isAnsweredTruly()
     }
     QVERIFY(failed > 0);
     qInfo("%d calls, not saved %d times", tried, failed);
+}
+
+void SaveFaultsTest::newContent_isOnTheDiskBeforeItTakesItsPlace_data()
+{
+    QTest::addColumn<QString>("newFile"); // patterns
+    QTest::addColumn<QString>("file");
+    QTest::newRow("main file") << QStringLiteral("/data/channel/(#|chconfig\\.xml\\.)[^\"]*>")
+                               << QStringLiteral("/chconfig\\.xml\"\\)");
+    QTest::newRow("database") << QStringLiteral("\\.save>") << QStringLiteral("/destination\\.kyb\"\\)");
+}
+
+/** All that can be done against a power failure, after which no test can look. */
+void SaveFaultsTest::newContent_isOnTheDiskBeforeItTakesItsPlace()
+{
+    QFETCH(QString, newFile);
+    QFETCH(QString, file);
+    const SaveWorld world(SaveWorld::Journal::None);
+    Environment environment;
+    world.furnish(environment);
+    QStringList steps;
+    const QList<SystemCall> calls = traceSaving(world.arguments(environment)).calls;
+    for (const SystemCall &call : calls) {
+        QString step;
+        if (call.text.contains(QRegularExpression(newFile)))
+            step = call.name;
+        else if (call.text.contains(QRegularExpression(file))
+                 && call.name.startsWith(QLatin1String("rename")))
+            step = QStringLiteral("rename");
+        // What QSaveFile does by fdatasync() does not count: it ignores that this fails.
+        const bool counts = step == QLatin1String("write") || step == QLatin1String("fsync")
+            || step == QLatin1String("rename");
+        if (counts && (steps.isEmpty() || steps.constLast() != step))
+            steps.append(step);
+    }
+    QCOMPARE(steps.join(QLatin1Char(' ')), QStringLiteral("write fsync rename"));
 }
 
 } // namespace Test
