@@ -13,6 +13,7 @@
 #ifdef Q_OS_UNIX
 #include <cerrno>
 
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -57,6 +58,7 @@ private slots:
     void storeReplace_tellsWhatFailed();
 #ifdef Q_OS_UNIX
     void fileInASealedFolder_cannotBeDeleted();
+    void fileOfAnotherInAStickyFolder_cannotBeDeleted();
     void fileThatIsReadOnly_canBeDeleted();
     void sync_tellsWhatFailed();
 #endif
@@ -396,6 +398,30 @@ void tst_KyDestinationFiles::fileInASealedFolder_cannotBeDeleted()
     QVERIFY(QFile::setPermissions(folder, QFile::Permissions(0x7777)));
     QVERIFY(!isDeletable);
     QCOMPARE(reason, qt_error_string(EACCES));
+}
+
+void tst_KyDestinationFiles::fileOfAnotherInAStickyFolder_cannotBeDeleted()
+{
+    if (geteuid() != 0)
+        QSKIP("Takes the rights to hand a file over to somebody else");
+    const uid_t nobody = 65534;
+    const QString folder = path(QStringLiteral("sticky"));
+    QVERIFY(QDir().mkdir(folder));
+    QCOMPARE(::chmod(QFile::encodeName(m_folder->path()).constData(), 0755), 0);
+    QCOMPARE(::chmod(QFile::encodeName(folder).constData(), 01777), 0);
+    writeFile(folder + QStringLiteral("/foreign"), "x");
+    writeFile(folder + QStringLiteral("/own"), "x");
+    QCOMPARE(::chown(QFile::encodeName(folder + QStringLiteral("/own")).constData(), nobody, nobody), 0);
+
+    QCOMPARE(::seteuid(nobody), 0);
+    QString reason;
+    const bool isForeignDeletable = FileStore::canBeDeleted(folder + QStringLiteral("/foreign"), &reason);
+    const QString foreignReason = reason;
+    const bool isOwnDeletable = FileStore::canBeDeleted(folder + QStringLiteral("/own"), &reason);
+    QCOMPARE(::seteuid(0), 0);
+    QVERIFY(!isForeignDeletable);
+    QCOMPARE(foreignReason, qt_error_string(EPERM));
+    QVERIFY(isOwnDeletable);
 }
 
 void tst_KyDestinationFiles::fileThatIsReadOnly_canBeDeleted()

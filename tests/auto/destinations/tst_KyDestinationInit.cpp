@@ -986,10 +986,13 @@ void tst_KyDestinationInit::settingModeAfterInit_sparesTheStandardFile()
 {
     makeDatabase(makeDestinations(1, 2));
     std::unique_ptr<KyDestination> destination = create();
+    QVERIFY(destination->addNewGroup(QStringLiteral("New"), nullptr));
+    const QString fingerprint = destination->reservedDatabaseFileHashSha1();
     const QByteArray before = readFile(standardFile());
     destination->setSettingMode(true);
     QVERIFY(destination->saveData());
     QCOMPARE(readFile(standardFile()), before);
+    QCOMPARE(destination->reservedDatabaseFileHashSha1(), fingerprint); // nothing was saved
     destination.reset();
     QCOMPARE(readFile(standardFile()), before);
 }

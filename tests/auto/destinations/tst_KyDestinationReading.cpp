@@ -363,7 +363,8 @@ void tst_KyDestinationReading::readCategory_reportsAFailure()
     destination->startToRead();
     const QString table = isChannel ? QStringLiteral("channel_tbl") : QStringLiteral("group_tbl");
     execute(file(), {QStringLiteral("DROP TABLE ") + table});
-    destination->reconnectDatabase(); // it would learn later that the table is gone, and say so in other words
+    destination
+        ->reconnectDatabase(); // it would learn later that the table is gone, and say so in other words
     DestinationRecorder recorder(destination.get());
     destination->readCategory(static_cast<KyDestination::DataType>(type));
     QCOMPARE(recorder.takeSignals(), QStringList({error(readingError(table))}));
@@ -636,6 +637,9 @@ void tst_KyDestinationReading::startToRead_isLimited()
     QCOMPARE(recorder.takeSignals(),
              QStringList({items(channels)}) + batches(count) + QStringList({FINISHED}));
     QCOMPARE(destination->enabledCount(), count % 10);
+    for (const QString &record : recorder.takeRecords().filter(QStringLiteral("Destination")))
+        QCOMPARE(record.section(QLatin1Char('|'), 6, 6),
+                 QStringLiteral("1")); // only single mode changes that
 }
 
 void tst_KyDestinationReading::startToRead_limitsWhatIsInAChannel()
