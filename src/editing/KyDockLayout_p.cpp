@@ -1,0 +1,108 @@
+#include "KyDockLayout_p.h"
+
+#include <QDockWidget>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace Kyte {
+namespace DockLayout {
+
+static bool isSideArea(Qt::DockWidgetArea area)
+{
+    return area == Qt::LeftDockWidgetArea || area == Qt::RightDockWidgetArea;
+}
+
+/** The docks of \a weights by weight; equal weights in the order of the map. */
+static QList<QDockWidget *> sortedByWeight(const QMap<QDockWidget *, int> &weights)
+{
+    QList<QDockWidget *> docks = weights.keys();
+    std::stable_sort(docks.begin(), docks.end(), [&weights](QDockWidget *left, QDockWidget *right) {
+        return weights.value(left) < weights.value(right);
+    });
+    return docks;
+}
+
+QList<QList<QDockWidget *>> groupTabs(const QList<TabView> &views)
+{
+    QMap<QDockWidget *, int> groupOfDock; // index in weightsOfGroups
+    QList<QMap<QDockWidget *, int>> weightsOfGroups;
+    for (const TabView &view : views) {
+        if (view.second.isEmpty())
+            continue;
+        if (!groupOfDock.contains(view.first)) {
+            groupOfDock.insert(view.first, weightsOfGroups.size());
+            weightsOfGroups.append({{view.first, 0}});
+        }
+        const int group = groupOfDock.value(view.first);
+        QMap<QDockWidget *, int> &weights = weightsOfGroups[group];
+        for (int position = 0; position < view.second.size(); ++position) {
+            weights[view.second.at(position)] += position;
+            groupOfDock.insert(view.second.at(position), group);
+        }
+    }
+
+    QList<QList<QDockWidget *>> groups;
+    QList<int> listed;
+    for (int group : qAsConst(groupOfDock)) {
+        if (listed.contains(group))
+            continue;
+        listed.append(group);
+        groups.append(sortedByWeight(weightsOfGroups.at(group)));
+    }
+    return groups;
+}
+
+void sortByPlace(Qt::DockWidgetArea area, QList<PlacedDock> *docks)
+{
+    const bool isSide = isSideArea(area);
+    std::stable_sort(docks->begin(), docks->end(), [isSide](const PlacedDock &left, const PlacedDock &right) {
+        return isSide ? left.second.top() < right.second.top() : left.second.left() < right.second.left();
+    });
+}
+
+Qt::Orientation splitOrientation(Qt::DockWidgetArea area)
+{
+    return isSideArea(area) ? Qt::Vertical : Qt::Horizontal;
+}
+
+bool isArea(int value)
+{
+    return value == Qt::LeftDockWidgetArea || value == Qt::RightDockWidgetArea
+        || value == Qt::TopDockWidgetArea || value == Qt::BottomDockWidgetArea;
+}
+
+} // namespace DockLayout
+
+static const int PIN_DURATION = 10; // milliseconds
+
+KyDockSizePin::KyDockSizePin(QDockWidget *dock)
+    : QObject(dock)
+    , m_dock(dock)
+    , m_minimumSize(dock->minimumSize())
+    , m_maximumSize(dock->maximumSize())
+{
+}
+
+void KyDockSizePin::pin(QDockWidget *dock, const QSize &size)
+{
+    auto *pin = dock->findChild<KyDockSizePin *>(QString(), Qt::FindDirectChildrenOnly);
+    if (!pin) {
+        pin = new KyDockSizePin(dock);
+        auto *timer = new QTimer(pin);
+        timer->setSingleShot(true);
+        connect(timer, SIGNAL(timeout()), pin, SLOT(onTimeout()));
+        timer->start(PIN_DURATION);
+    }
+    dock->setMinimumSize(size);
+    dock->setMaximumSize(size);
+}
+
+void KyDockSizePin::onTimeout()
+{
+    m_dock->setMinimumSize(m_minimumSize);
+    m_dock->setMaximumSize(m_maximumSize);
+    deleteLater();
+}
+
+} // namespace Kyte
