@@ -125,7 +125,7 @@ void KyEditorCommon::openFolderWithShell(const QString &path, QWidget *parent)
     if (path.isEmpty())
         return;
     const QFileInfo info(path);
-    Shell::openFolder(info.isDir() ? info.absoluteFilePath() : info.absolutePath(), parent);
+    Shell::openFolder(info.isDir() ? QDir(path).absolutePath() : info.absolutePath(), parent);
 }
 
 // Both sorts exchange entries as soon as a comparison asks for it. Which of two screens of equal z-index

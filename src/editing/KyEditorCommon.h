@@ -49,9 +49,9 @@ public:
     static QString checkName(QString name, int value, QMap<QString, int> *usedNames);
 
     /**
-     * "hh:mm:ss.t", cut off to tenths, with as many digits of hours as there are, and "+" behind it if \a
-     * plus.
-     * "--:--:--" for a negative number and for none. More seconds than an int holds read as 596523:14:07.9.
+     * "hh:mm:ss.t", cut off to tenths, with as many digits of hours as there are, and with "+" behind it if
+     * \a plus is true. "--:--:--" for a negative number and for none. More seconds than an int holds read as
+     * "596523:14:07.9".
      */
     static QString getDurationString(double seconds, bool plus);
     /** \a text in white on a half-transparent dark plate that exceeds it by one pixel on each side. */
@@ -59,8 +59,10 @@ public:
     /** \a pixmap painted with \a opacity (0.0 to 1.0); a null pixmap stays null. */
     static QPixmap changeImageOpacity(QPixmap &pixmap, double opacity);
 
-    /** An object's address as hexadecimal text and back, for payloads within one process; 0 for any other
-     * text. */
+    /**
+     * An object's address as hexadecimal text and back, for payloads within one process; 0 for any other
+     * text, that of a negative number included.
+     */
     static QByteArray getByteArrayFromPointer(qint64 pointer);
     static qint64 getPointerFromByteArray(QByteArray bytes);
 
@@ -71,9 +73,9 @@ public:
     static void openFolderWithShell(const QString &path, QWidget *parent);
 
     /**
-     * Sorts by z-index in place. Screens of equal z-index may change their order. Answers the largest id that
-     * was looked at, at least 0: descending that is the largest of all, ascending the screen that ends up
-     * last is only counted if it stood elsewhere before its turn. -1 for a null or an empty list, or one that
+     * Sorts by z-index in place; screens of equal z-index may change their order. Answers the largest id that
+     * was looked at, at least 0. Descending looks at all; ascending looks at the screen that each position
+     * but the last holds before the comparisons that fill it. -1 for a null or an empty list, or one that
      * holds a null screen; 0 for a single screen.
      */
     static int sortScreenByZIndexAscending(QList<KyScreen *> *screens);
@@ -88,8 +90,9 @@ public:
     static QString getThumbnailFilePath(QString &filePath);
 
     /**
-     * Whether the system can announce changes in \a folder. False also for a missing folder, on network
-     * folders that do not announce, and while the user's number of watches is used up: callers poll then.
+     * Whether the system can announce changes in \a folder: callers poll where it cannot. False for a missing
+     * folder, where the system refuses, as it does in some network folders, and while the number of watches
+     * that it allows a user is used up.
      */
     static bool tryInstallFileWatcher(const QString &folder);
 

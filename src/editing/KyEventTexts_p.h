@@ -5,8 +5,7 @@ namespace Kyte {
 /** The source texts of the event vocabulary; KyEditorCommon, in whose context they are, translates them. */
 namespace EventTexts {
 
-/** The values are those of KyEventType::EventType and KyEventAction::EventAction; others give the default
- * texts. */
+/** Values of KyEventType::EventType and KyEventAction::EventAction; any other one gives the default texts. */
 const char *typeName(int type);
 const char *typeDescription(int type);
 const char *actionName(int action);

@@ -20,8 +20,7 @@ QString baseName(const QString &name);
 /** "base (number)". */
 QString numberedName(const QString &base, int number);
 
-/** The lowest number from 1 whose name is no key of \a usedNames; linear in the keys that begin with "base
- * (". */
+/** The lowest number whose name is no key of \a usedNames; linear in the keys that begin with "base (". */
 int firstFreeNumber(const QString &base, const QMap<QString, int> &usedNames);
 
 } // namespace NameCounter

@@ -9,8 +9,7 @@
 namespace Kyte {
 namespace FolderWatch {
 
-/** Starts an asynchronous read of changes in the open \a folder and cancels it; false when it cannot be
- * started. */
+/** Starts an asynchronous read of changes in the open \a folder and cancels it; false if it cannot start. */
 static bool probe(HANDLE folder, HANDLE event)
 {
     const DWORD filter = FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_DIR_NAME | FILE_NOTIFY_CHANGE_SIZE

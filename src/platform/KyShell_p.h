@@ -7,8 +7,7 @@ class QWidget;
 namespace Kyte {
 namespace Shell {
 
-/** Shows the folder \a absoluteFolder in the desktop's file manager; \a parent (may be null) is the asking
- * window. */
+/** Shows a folder in the desktop's file manager; \a parent, which may be null, is the window that asks. */
 void openFolder(const QString &absoluteFolder, QWidget *parent);
 
 } // namespace Shell
