@@ -27,12 +27,14 @@ static KyEvent *copyWithParent(const KyEvent &event, KyScreen *parent)
 /** Copies all events of \a events to the end of \a records and deletes them; false when there was none. */
 static bool takeAll(QList<KyEvent *> *events, QList<KyEvent> *records)
 {
-    const bool hasEvents = !events->isEmpty();
-    for (const KyEvent *event : qAsConst(*events))
-        records->append(*event);
+    const int formerCount = records->size();
+    for (const KyEvent *event : qAsConst(*events)) {
+        if (event) // the lists are open to everybody
+            records->append(*event);
+    }
     qDeleteAll(*events);
     events->clear();
-    return hasEvents;
+    return records->size() > formerCount;
 }
 
 static void removeRaised(const QList<KyEvent> &events, KyScreen *screen)
@@ -250,7 +252,7 @@ bool KyPreservedEvent::removeFromList(const KyEvent &event, QList<KyEvent *> *ev
     return true;
 }
 
-bool KyPreservedEvent::isOurs(KyScreen *screen) const
+bool KyPreservedEvent::isOurs(const KyScreen *screen) const
 {
     return screen && screen->id() == m_screenId;
 }

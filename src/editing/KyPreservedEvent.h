@@ -57,8 +57,7 @@ public:
      */
     bool removeAllEvents(KyEvent::EventDirection direction, KyScreen *screen, bool withIgnore);
 
-    /** Takes the step back. Events put back have no parent. The media-finished action is swapped in any case.
-     */
+    /** Takes the step back. Events put back have no parent. The media-finished action is always swapped. */
     void undo(KyScreen *screen);
     /** Does the step again, the mirror of undo(). */
     void redo(KyScreen *screen);
@@ -70,7 +69,7 @@ public:
     static bool removeFromList(const KyEvent &event, QList<KyEvent *> *events);
 
 private:
-    bool isOurs(KyScreen *screen) const;
+    bool isOurs(const KyScreen *screen) const;
     void preserveAction(KyScreen *screen, KyEventAction::EventAction action);
     void swapAction(KyScreen *screen);
 
