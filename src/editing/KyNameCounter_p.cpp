@@ -17,9 +17,8 @@ static bool isDigit(QChar character)
 
 static bool isCounter(const QString &word)
 {
-    if (word.length() < 2 || !word.startsWith(QLatin1Char('(')) || !word.endsWith(QLatin1Char(')')))
-        return false;
-    return std::all_of(word.cbegin() + 1, word.cend() - 1, isDigit);
+    return word.startsWith(QLatin1Char('(')) && word.endsWith(QLatin1Char(')'))
+        && std::all_of(word.cbegin() + 1, word.cend() - 1, isDigit);
 }
 
 /** The number in \a name behind \a begin characters, if it is written as numberedName() does; else 0. */
