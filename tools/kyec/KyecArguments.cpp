@@ -5,6 +5,8 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace Kyte {
 
 static const QString HELP = QStringLiteral("help");
@@ -37,6 +39,20 @@ void KyecArguments::addConfigOption()
 void KyecArguments::addJsonOption()
 {
     addOption(JSON, QStringLiteral("Print JSON."));
+}
+
+void KyecArguments::allowNegativeNumbers()
+{
+    const QString endOfOptions = QStringLiteral("--");
+    if (m_arguments.contains(endOfOptions))
+        return;
+    const auto numbers =
+        std::stable_partition(m_arguments.begin(), m_arguments.end(), [](const QString &argument) {
+            bool isNumber = false;
+            argument.toDouble(&isNumber);
+            return !isNumber || !argument.startsWith(QLatin1Char('-'));
+        });
+    m_arguments.insert(numbers, endOfOptions);
 }
 
 bool KyecArguments::parse(int maximumPositional)

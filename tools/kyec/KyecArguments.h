@@ -26,6 +26,8 @@ public:
     /** --config FILE: parse() makes it the standard configuration file of this process. */
     void addConfigOption();
     void addJsonOption();
+    /** Takes "-1.5" for a number, not for options. Only where no option has a value. */
+    void allowNegativeNumbers();
 
     /** False when the command has nothing to do: the help was shown, or what is wrong was said. */
     bool parse(int maximumPositional = 0);

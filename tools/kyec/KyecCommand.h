@@ -30,4 +30,8 @@ int runMove(KyecArguments &arguments);
 
 int runVerify(KyecArguments &arguments);
 
+int runDuration(KyecArguments &arguments);
+int runUniqueName(KyecArguments &arguments);
+int runWatchProbe(KyecArguments &arguments);
+
 } // namespace Kyte

@@ -18,6 +18,9 @@ static const KyecCommand COMMANDS[] = {
     {"move", "ID... --to-channel N\nID... --to-group N", "Move destinations to a channel or to a group.",
      runMove},
     {"verify", "", "Check the database: its integrity, its rows and its fingerprint.", runVerify},
+    {"unique-name", "NAME --used FILE", "Print the name, with a counter while it is in use.", runUniqueName},
+    {"duration", "SECONDS", "Print a play duration as the editors show it.", runDuration},
+    {"watch-probe", "FOLDER", "Tell whether the system can announce changes in a folder.", runWatchProbe},
 };
 
 static QString usage()
@@ -27,7 +30,7 @@ static QString usage()
                        "       kyec COMMAND --help\n"
                        "\n"
                        "The command line of KyEditorCommon: the upload destinations of a configuration,\n"
-                       "their channels and their groups.\n"
+                       "their channels and their groups, and some of the editors' helpers.\n"
                        "\n"
                        "Commands:\n");
     for (const KyecCommand &command : COMMANDS)
