@@ -115,7 +115,7 @@ QByteArray KyEditorCommon::getByteArrayFromPointer(qint64 pointer)
     return QStringLiteral("%1").arg(pointer, 0, POINTER_BASE).toLatin1();
 }
 
-qint64 KyEditorCommon::getPointerFromByteArray(QByteArray bytes)
+qint64 KyEditorCommon::getPointerFromByteArray(QByteArray bytes) // NOLINT(performance-unnecessary-value-param)
 {
     return bytes.toLongLong(nullptr, POINTER_BASE);
 }

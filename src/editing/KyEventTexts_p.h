@@ -6,10 +6,10 @@ namespace Kyte {
 namespace EventTexts {
 
 /** Values of KyEventType::EventType and KyEventAction::EventAction; any other one gives the default texts. */
-const char *typeName(int type);
-const char *typeDescription(int type);
-const char *actionName(int action);
-const char *actionDescription(int action);
+const char *typeName(int value);
+const char *typeDescription(int value);
+const char *actionName(int value);
+const char *actionDescription(int value);
 
 } // namespace EventTexts
 } // namespace Kyte
