@@ -115,7 +115,8 @@ QByteArray KyEditorCommon::getByteArrayFromPointer(qint64 pointer)
     return QStringLiteral("%1").arg(pointer, 0, POINTER_BASE).toLatin1();
 }
 
-qint64 KyEditorCommon::getPointerFromByteArray(QByteArray bytes) // NOLINT(performance-unnecessary-value-param)
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
+qint64 KyEditorCommon::getPointerFromByteArray(QByteArray bytes)
 {
     return bytes.toLongLong(nullptr, POINTER_BASE);
 }
