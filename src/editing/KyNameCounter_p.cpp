@@ -1,9 +1,9 @@
 #include "KyNameCounter_p.h"
 
-#include <QBitArray>
 #include <QStringList>
 
 #include <algorithm>
+#include <vector>
 
 namespace Kyte {
 namespace NameCounter {
@@ -21,21 +21,24 @@ static bool isCounter(const QString &word)
         && std::all_of(word.cbegin() + 1, word.cend() - 1, isDigit);
 }
 
-/** The number in \a name behind \a begin characters, if it is written as numberedName() does; else 0. */
-static int numberIn(const QString &name, int begin)
+/**
+ * The number in \a name behind \a begin characters, if it is written as numberedName() does and not above
+ * \a maximum; else 0.
+ */
+static int numberIn(const QString &name, int begin, int maximum)
 {
     const int end = name.length() - 1;
-    const int maximumDigits = 10;
-    if (end <= begin || end - begin > maximumDigits || name.at(end) != QLatin1Char(')')
-        || name.at(begin) == QLatin1Char('0'))
+    if (end <= begin || name.at(end) != QLatin1Char(')') || name.at(begin) == QLatin1Char('0'))
         return 0;
     qint64 number = 0;
     for (int i = begin; i < end; ++i) {
         if (!isDigit(name.at(i)))
             return 0;
         number = number * 10 + (name.at(i).unicode() - '0');
+        if (number > maximum)
+            return 0;
     }
-    return number < LIMIT ? static_cast<int>(number) : 0;
+    return static_cast<int>(number);
 }
 
 QString baseName(const QString &name)
@@ -64,17 +67,11 @@ int firstFreeNumber(const QString &base, const QMap<QString, int> &usedNames)
     const QString prefix = base + QLatin1String(" (");
     const auto begin = usedNames.lowerBound(prefix);
     const auto end = usedNames.lowerBound(base + QLatin1String(" )")); // ")" is the character behind "("
-    QBitArray isTaken(1024);
-    for (auto it = begin; it != end; ++it) {
-        const int number = numberIn(it.key(), prefix.length());
-        if (number > usedNames.size())
-            continue;
-        if (number >= isTaken.size())
-            isTaken.resize(qMin(2 * number, usedNames.size()) + 1);
-        isTaken.setBit(number);
-    }
+    std::vector<bool> isTaken(static_cast<std::size_t>(usedNames.size()) + 2);
+    for (auto it = begin; it != end; ++it)
+        isTaken[numberIn(it.key(), prefix.length(), usedNames.size())] = true;
     int number = DIRECT_PROBES + 1;
-    while (number < isTaken.size() && isTaken.testBit(number))
+    while (number < LIMIT && isTaken[number])
         ++number;
     return number;
 }
