@@ -1,8 +1,8 @@
-# kyte_test(<name> [XSERVER] [SOURCES ...] [LINK ...] [ENVIRONMENT ...] [LABELS ...] [TIMEOUT seconds])
+# kyte_test(<name> [XSERVER | OFFSCREEN_AND_XSERVER] [SOURCES ...] [LINK ...] [ENVIRONMENT ...] [LABELS ...] [TIMEOUT seconds])
 #
 # A QtTest program made of <name>.cpp and SOURCES, run offscreen, in UTC and the C locale. A connection that names no
 # signal or slot is only a warning to Qt and QtTest still says PASS, so its message fails the run here. XSERVER: the
-# program runs on an X server of its own, with a window manager.
+# program runs on an X server of its own, with a window manager. OFFSCREEN_AND_XSERVER: both, as <name> and <name>_x11.
 
 set(KYTE_TEST_ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=UTC;LC_ALL=C.UTF-8;KYTE_CONFIG_FILE=;QT_LOGGING_RULES=")
 set(KYTE_BROKEN_CONNECTION "QObject::connect: (No such|Cannot|signal not found|Incompatible)")
@@ -15,9 +15,18 @@ if(KYTE_SANITIZE MATCHES "thread")
     list(APPEND KYTE_TEST_ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp")
 endif()
 
+# What kyte_test() knows of a test that it adds; further arguments are added to the environment.
+macro(kyte_test_properties test)
+    set_tests_properties(${test} PROPERTIES
+        ENVIRONMENT "${KYTE_TEST_ENVIRONMENT};${ARGN};${ARG_ENVIRONMENT}"
+        FAIL_REGULAR_EXPRESSION "${KYTE_BROKEN_CONNECTION}"
+        LABELS "${ARG_LABELS}"
+        TIMEOUT ${ARG_TIMEOUT})
+endmacro()
+
 # The precompiled header is compiled once, for kytetesthelpers, and used by every test.
 function(kyte_test name)
-    cmake_parse_arguments(ARG "XSERVER" "TIMEOUT" "SOURCES;LINK;ENVIRONMENT;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "XSERVER;OFFSCREEN_AND_XSERVER" "TIMEOUT" "SOURCES;LINK;ENVIRONMENT;LABELS" ${ARGN})
     add_executable(${name} ${name}.cpp ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE kytetesthelpers Qt5::Test ${ARG_LINK})
     kyte_defaults(${name})
@@ -27,14 +36,17 @@ function(kyte_test name)
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 300)
     endif()
-    set(launcher "")
-    if(ARG_XSERVER)
-        set(launcher "${PROJECT_SOURCE_DIR}/tests/helpers/with-xserver")
+    if(NOT ARG_XSERVER)
+        add_test(NAME ${name} COMMAND ${name})
+        kyte_test_properties(${name})
     endif()
-    add_test(NAME ${name} COMMAND ${launcher} $<TARGET_FILE:${name}>)
-    set_tests_properties(${name} PROPERTIES
-        ENVIRONMENT "${KYTE_TEST_ENVIRONMENT};${ARG_ENVIRONMENT}"
-        FAIL_REGULAR_EXPRESSION "${KYTE_BROKEN_CONNECTION}"
-        LABELS "${ARG_LABELS}"
-        TIMEOUT ${ARG_TIMEOUT})
+    if(ARG_XSERVER OR ARG_OFFSCREEN_AND_XSERVER)
+        set(test ${name})
+        if(ARG_OFFSCREEN_AND_XSERVER)
+            string(APPEND test _x11)
+        endif()
+        add_test(NAME ${test}
+            COMMAND "${PROJECT_SOURCE_DIR}/tests/helpers/with-xserver" $<TARGET_FILE:${name}>)
+        kyte_test_properties(${test} QT_QPA_PLATFORM=xcb)
+    endif()
 endfunction()

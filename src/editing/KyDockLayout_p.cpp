@@ -1,8 +1,5 @@
 #include "KyDockLayout_p.h"
 
-#include <QDockWidget>
-#include <QTimer>
-
 #include <algorithm>
 
 namespace Kyte {
@@ -73,36 +70,5 @@ bool isArea(int value)
 }
 
 } // namespace DockLayout
-
-static const int PIN_DURATION = 10; // milliseconds
-
-KyDockSizePin::KyDockSizePin(QDockWidget *dock)
-    : QObject(dock)
-    , m_dock(dock)
-    , m_minimumSize(dock->minimumSize())
-    , m_maximumSize(dock->maximumSize())
-{
-}
-
-void KyDockSizePin::pin(QDockWidget *dock, const QSize &size)
-{
-    auto *pin = dock->findChild<KyDockSizePin *>(QString(), Qt::FindDirectChildrenOnly);
-    if (!pin) {
-        pin = new KyDockSizePin(dock);
-        auto *timer = new QTimer(pin);
-        timer->setSingleShot(true);
-        connect(timer, SIGNAL(timeout()), pin, SLOT(onTimeout()));
-        timer->start(PIN_DURATION);
-    }
-    dock->setMinimumSize(size);
-    dock->setMaximumSize(size);
-}
-
-void KyDockSizePin::onTimeout()
-{
-    m_dock->setMinimumSize(m_minimumSize);
-    m_dock->setMaximumSize(m_maximumSize);
-    deleteLater();
-}
 
 } // namespace Kyte

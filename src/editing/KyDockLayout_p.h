@@ -2,10 +2,8 @@
 
 #include <QList>
 #include <QMap>
-#include <QObject>
 #include <QPair>
 #include <QRect>
-#include <QSize>
 
 class QDockWidget;
 
@@ -41,28 +39,5 @@ Qt::Orientation splitOrientation(Qt::DockWidgetArea area);
 bool isArea(int value);
 
 } // namespace DockLayout
-
-/**
- * Holds a dock at one size for a moment and then gives it its former limits back. It lives on the dock, and a
- * dock that is held already keeps the limits that it had before.
- */
-class KyDockSizePin : public QObject
-{
-    Q_OBJECT
-    Q_DISABLE_COPY(KyDockSizePin)
-
-public:
-    static void pin(QDockWidget *dock, const QSize &size);
-
-private slots:
-    void onTimeout();
-
-private:
-    explicit KyDockSizePin(QDockWidget *dock);
-
-    QDockWidget *m_dock = nullptr;
-    QSize m_minimumSize;
-    QSize m_maximumSize;
-};
 
 } // namespace Kyte

@@ -1,6 +1,7 @@
 #include "KyEditorCommon.h"
 
 #include "KyDockLayout_p.h"
+#include "KyDockSizePin_p.h"
 #include "KyEventTexts_p.h"
 #include "KyFolderWatch_p.h"
 #include "KyNameCounter_p.h"
@@ -19,10 +20,12 @@
 #include <QFontMetrics>
 #include <QMainWindow>
 #include <QPainter>
+#include <QScreen>
 #include <QSettings>
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 namespace Kyte {
@@ -102,7 +105,7 @@ QPixmap KyEditorCommon::changeImageOpacity(QPixmap &pixmap, double opacity)
     if (pixmap.isNull())
         return pixmap;
     QPixmap faded(pixmap.size());
-    faded.setDevicePixelRatio(pixmap.devicePixelRatio());
+    faded.setDevicePixelRatio(pixmap.devicePixelRatio()); // the source would be painted smaller otherwise
     faded.fill(Qt::transparent);
     QPainter painter(&faded);
     painter.setOpacity(opacity);
@@ -216,6 +219,17 @@ static QSettings *dockSettings(const QDockWidget *dock, const QMainWindow *windo
     return dock && window && !dock->objectName().isEmpty() ? KyEditorUserConfig::settings() : nullptr;
 }
 
+/** The truth value of \a key; \a fallback where there is none. Any text would convert to true. */
+static bool boolValue(const QSettings *settings, const QString &key, bool fallback)
+{
+    const QString text = settings->value(key).toString();
+    if (text == QLatin1String("true") || text == QLatin1String("1"))
+        return true;
+    if (text == QLatin1String("false") || text == QLatin1String("0"))
+        return false;
+    return fallback;
+}
+
 void KyEditorCommon::storeDockWidgetGeometry(QDockWidget *dock, QMainWindow *window)
 {
     QSettings *settings = dockSettings(dock, window);
@@ -238,7 +252,7 @@ void KyEditorCommon::restoreDockWidgetGeometry(QDockWidget *dock, QMainWindow *w
     const bool isFloating = dock->isFloating();
     const QByteArray currentGeometry = dock->saveGeometry();
     const bool isVisible =
-        dock->isVisible(); // asked first: taking a dock out hides it, and adding it does not show it
+        dock->isVisible(); // asked first: a dock that is taken out is hidden, and not shown again
 
     settings->beginGroup(dock->objectName());
     const int area = settings->value(AREA_KEY, currentArea).toInt();
@@ -247,17 +261,22 @@ void KyEditorCommon::restoreDockWidgetGeometry(QDockWidget *dock, QMainWindow *w
         window->removeDockWidget(dock);
         window->addDockWidget(static_cast<Qt::DockWidgetArea>(area), dock);
     }
-    dock->setFloating(settings->value(FLOATING_KEY, isFloating).toBool());
-    const QByteArray geometry = settings->value(GEOMETRY_KEY, currentGeometry).toByteArray();
-    dock->restoreGeometry(geometry);
+    dock->setFloating(boolValue(settings, FLOATING_KEY, isFloating));
+    QByteArray geometry = settings->value(GEOMETRY_KEY, currentGeometry).toByteArray();
     {
         // In its window the dock has the place that the layout gives it. A free one has the place that is
-        // asked for.
+        // asked for, and tells whether the settings hold a geometry at all.
         QDockWidget freeDock;
-        freeDock.restoreGeometry(geometry);
+        if (!freeDock.restoreGeometry(geometry)) {
+            geometry = currentGeometry;
+            freeDock.restoreGeometry(geometry);
+        }
+        dock->restoreGeometry(geometry);
         dock->setProperty(INIT_RECT_PROPERTY, freeDock.frameGeometry());
     }
-    dock->setVisible(settings->value(VISIBLE_KEY, isVisible).toBool());
+    dock->setVisible(boolValue(settings, VISIBLE_KEY, isVisible));
+    if (dock->isFloating())
+        dock->restoreGeometry(geometry); // a window manager places a window when it is shown
     settings->endGroup();
 }
 
@@ -277,6 +296,15 @@ QList<QList<QDockWidget *>> KyEditorCommon::getTabifiedDockGroups(QMainWindow *w
     return DockLayout::groupTabs(views);
 }
 
+static QList<QDockWidget *> namedDocks(const QList<QDockWidget *> &docks)
+{
+    QList<QDockWidget *> named;
+    std::copy_if(docks.cbegin(), docks.cend(), std::back_inserter(named), [](const QDockWidget *dock) {
+        return !dock->objectName().isEmpty();
+    });
+    return named;
+}
+
 void KyEditorCommon::storeTabifiedSettings(const QString &key, QMainWindow *window)
 {
     QSettings *settings = KyEditorUserConfig::settings();
@@ -288,9 +316,9 @@ void KyEditorCommon::storeTabifiedSettings(const QString &key, QMainWindow *wind
     settings->beginGroup(groupName);
     const QList<QList<QDockWidget *>> groups = getTabifiedDockGroups(window);
     for (int i = 0; i < groups.size(); ++i) {
-        const QList<QDockWidget *> &docks = groups.at(i);
+        const QList<QDockWidget *> docks = namedDocks(groups.at(i));
         if (docks.size() < 2)
-            continue;
+            continue; // the numbers may have gaps
         settings->beginWriteArray(TAB_ARRAY.arg(i), docks.size());
         for (int tab = 0; tab < docks.size(); ++tab) {
             settings->setArrayIndex(tab);
@@ -317,7 +345,7 @@ static QList<int> presentEntries(const QSettings *array, int size)
     return entries;
 }
 
-/** Stacks the docks that the array \a name of the current group lists, and raises the one that was in front.
+/** Stacks the docks that the array \a name of the current group lists; the one that was in front is raised.
  */
 static void restoreTabs(QSettings *settings,
                         const QString &name,
@@ -341,12 +369,12 @@ static void restoreTabs(QSettings *settings,
         if (entry == 0)
             first = dock;
         if (!first || !DockLayout::isArea(window->dockWidgetArea(first)))
-            break; // nothing to stack the others onto
+            break; // nothing to stack the others onto, and no stack to raise one of
         if (!dock)
             continue;
         if (dock != first)
             window->tabifyDockWidget(first, dock);
-        if (settings->value(TAB_ACTIVATED_KEY, false).toBool())
+        if (boolValue(settings, TAB_ACTIVATED_KEY, false))
             front = dock;
     }
     settings->endArray();
@@ -360,16 +388,40 @@ void KyEditorCommon::restoreTabifiedSettings(const QString &key, QMainWindow *wi
     if (!settings || !window)
         return;
     QMap<QString, QDockWidget *> docks;
-    const QList<QDockWidget *> all = docksOf(window);
-    for (QDockWidget *dock : all) {
-        if (!dock->objectName().isEmpty())
-            docks.insert(dock->objectName(), dock);
-    }
+    const QList<QDockWidget *> named = namedDocks(docksOf(window));
+    for (QDockWidget *dock : named)
+        docks.insert(dock->objectName(), dock);
     settings->beginGroup(TABS_GROUP.arg(key));
     const QStringList arrays = settings->childGroups();
     for (const QString &array : arrays)
         restoreTabs(settings, array, docks, window);
     settings->endGroup();
+}
+
+/**
+ * Holds each dock at its remembered size for a moment. The layout is told the sizes as well: a window whose
+ * docks were never resized goes back to their size hints as soon as nothing holds them.
+ */
+static void holdSizes(const QList<QDockWidget *> &docks, QMainWindow *window)
+{
+    const QSize limit = window->screen()->virtualSize(); // a damaged settings file may hold any size
+    QList<QDockWidget *> docked;
+    QList<int> widths;
+    QList<int> heights;
+    for (QDockWidget *dock : docks) {
+        const QRect place = dock->property(INIT_RECT_PROPERTY).toRect();
+        if (!place.isValid())
+            continue; // a dock that was never restored has no size to be held at
+        const QSize size = place.size().boundedTo(limit);
+        KyDockSizePin::pin(dock, size);
+        if (dock->isFloating() || !DockLayout::isArea(window->dockWidgetArea(dock)))
+            continue;
+        docked.append(dock);
+        widths.append(size.width());
+        heights.append(size.height());
+    }
+    window->resizeDocks(docked, widths, Qt::Horizontal);
+    window->resizeDocks(docked, heights, Qt::Vertical);
 }
 
 void KyEditorCommon::reorderDockWidgets(QList<QDockWidget *> docks, QMainWindow *window)
@@ -399,11 +451,7 @@ void KyEditorCommon::reorderDockWidgets(QList<QDockWidget *> docks, QMainWindow 
         }
     }
 
-    for (QDockWidget *dock : qAsConst(docks)) {
-        const QRect place = dock->property(INIT_RECT_PROPERTY).toRect();
-        if (place.isValid()) // a dock that was never restored has no size to be held at
-            KyDockSizePin::pin(dock, place.size());
-    }
+    holdSizes(docks, window);
 }
 
 } // namespace Kyte

@@ -53,7 +53,10 @@ static void removeAwaited(const QList<KyEvent> &events, KyScreen *screen)
     }
 }
 
-/** Puts an event back unless its list has a match. Only addEvent() gives its copy a parent. */
+/**
+ * Puts an event back unless its list has a match. Only addEvent() gives its copy a parent; the one that the
+ * record carries is dropped, because its screen may be gone by now.
+ */
 static void restore(const KyEvent &event, QList<KyEvent *> *events)
 {
     if (!KyPreservedEvent::containInList(event, events))

@@ -1,6 +1,7 @@
 #include "KyTestMain.h"
 
 #include "../../../src/editing/KyDockLayout_p.h"
+#include "../../../src/editing/KyDockSizePin_p.h"
 
 #include <QDockWidget>
 #include <QRandomGenerator>
@@ -120,6 +121,7 @@ private slots:
     void isArea();
     void pin_holdsAndReleases();
     void pin_twice_keepsTheFirstLimits();
+    void pin_again_beginsTheTimeAnew();
     void pin_deletedDock_isForgotten();
 };
 
@@ -245,7 +247,6 @@ void tst_KyDockLayout::pin_holdsAndReleases()
     QCOMPARE(dock.maximumSize(), QSize(200, 300));
     QTRY_COMPARE(dock.minimumSize(), QSize(10, 20));
     QCOMPARE(dock.maximumSize(), QSize(500, 600));
-    QTRY_VERIFY(!dock.findChild<KyDockSizePin *>());
 }
 
 void tst_KyDockLayout::pin_twice_keepsTheFirstLimits()
@@ -258,6 +259,26 @@ void tst_KyDockLayout::pin_twice_keepsTheFirstLimits()
     QCOMPARE(dock.minimumSize(), QSize(250, 350));
     QTRY_COMPARE(dock.minimumSize(), QSize(10, 20));
     QCOMPARE(dock.maximumSize(), QSize(500, 600));
+
+    // Afterwards the dock's limits are its own again and may change.
+    dock.setMinimumSize(30, 40);
+    KyDockSizePin::pin(&dock, QSize(200, 300));
+    QTRY_COMPARE(dock.minimumSize(), QSize(30, 40));
+}
+
+void tst_KyDockLayout::pin_again_beginsTheTimeAnew()
+{
+    QDockWidget dock;
+    dock.setMinimumSize(10, 20);
+    QElapsedTimer timer;
+    for (int i = 0; i < 5; ++i) {
+        KyDockSizePin::pin(&dock, QSize(200, 300));
+        timer.start();
+        while (timer.elapsed() < 4) // milliseconds
+            QCoreApplication::processEvents();
+    }
+    QTRY_COMPARE(dock.minimumSize(), QSize(10, 20));
+    QVERIFY(timer.elapsed() >= 9);
 }
 
 void tst_KyDockLayout::pin_deletedDock_isForgotten()

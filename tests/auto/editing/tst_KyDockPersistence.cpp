@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QRandomGenerator>
+#include <QScreen>
 #include <QSettings>
 
 #include <memory>
@@ -95,11 +96,17 @@ private slots:
     void restore_movedDock_isShownAsItWas();
     void restore_floating();
     void restore_leavesFrameRectangle();
+    void restore_nonsense_keepsWhatIs_data();
+    void restore_nonsense_keepsWhatIs();
+    void restore_floatingDockOfAnotherArea_hasItsPlace();
 
     void groups_ofNoWindow_areEmpty();
     void groups_areInTheOrderOfTheTabs();
     void storeTabs_writesArrays();
     void storeTabs_removesFormerKeys();
+    void storeTabs_leavesNamelessDocksOut();
+    void tabs_ofHiddenAndFloatingDocks_areRestored_data();
+    void tabs_ofHiddenAndFloatingDocks_areRestored();
     void storeTabs_writesTheFile();
     void restoreTabs_moreThanTenGroups();
     void restoreTabs_ignoresUnusableArrays_data();
@@ -112,7 +119,9 @@ private slots:
     void reorder_emptyOrNull_doesNothing();
     void reorder_byPlace_data();
     void reorder_byPlace();
+    void reorder_severalAreasAtOnce();
     void reorder_pinsForAMoment();
+    void reorder_absurdSize_isBounded();
     void reorder_dockWithoutPlace_keepsItsLimits();
     void reorder_dockInNoArea_isNotLost();
 
@@ -273,13 +282,72 @@ void tst_KyDockPersistence::restore_leavesFrameRectangle()
 {
     QDockWidget other;
     other.setGeometry(120, 80, 333, 222);
-    settings()->setValue(QStringLiteral("a/geometry"), other.saveGeometry());
+    const QByteArray geometry = other.saveGeometry();
+    settings()->setValue(QStringLiteral("a/geometry"), geometry);
+    QDockWidget restored;
+    restored.restoreGeometry(geometry);
     Window window(1);
     window.addDockWidget(Qt::LeftDockWidgetArea, window.dock('a'));
     KyEditorCommon::restoreDockWidgetGeometry(window.dock('a'), &window);
     const QVariant place = window.dock('a')->property("init_rect");
     QCOMPARE(place.type(), QVariant::Rect);
+    QCOMPARE(place.toRect(), restored.frameGeometry());
     QCOMPARE(place.toRect().size(), QSize(333, 222));
+}
+
+void tst_KyDockPersistence::restore_nonsense_keepsWhatIs_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("floating, text") << "a/floating" << QVariant(QStringLiteral("garbage"));
+    QTest::newRow("floating, empty") << "a/floating" << QVariant(QString());
+    QTest::newRow("floating, list") << "a/floating"
+                                    << QVariant(QStringList({QStringLiteral("1"), QString()}));
+    QTest::newRow("visible, text") << "a/visible" << QVariant(QStringLiteral("no!"));
+    QTest::newRow("visible, number") << "a/visible" << QVariant(17);
+    QTest::newRow("geometry, text") << "a/geometry" << QVariant(QStringLiteral("junk"));
+    QTest::newRow("geometry, empty") << "a/geometry" << QVariant(QByteArray());
+}
+
+void tst_KyDockPersistence::restore_nonsense_keepsWhatIs()
+{
+    QFETCH(QString, key);
+    QFETCH(QVariant, value);
+    Window window(1);
+    window.addDockWidget(Qt::LeftDockWidgetArea, window.dock('a'));
+    window.showAndWait();
+    window.dock('a')->setVisible(key != QLatin1String("a/visible"));
+    const bool isVisible = window.dock('a')->isVisible();
+    QDockWidget current;
+    current.restoreGeometry(window.dock('a')->saveGeometry());
+    settings()->setValue(key, value);
+    KyEditorCommon::restoreDockWidgetGeometry(window.dock('a'), &window);
+    QVERIFY(!window.dock('a')->isFloating());
+    QCOMPARE(window.dock('a')->isVisible(), isVisible);
+    QCOMPARE(window.dock('a')->property("init_rect").toRect(), current.frameGeometry());
+}
+
+void tst_KyDockPersistence::restore_floatingDockOfAnotherArea_hasItsPlace()
+{
+    const QRect place(350, 250, 240, 160);
+    const auto makeWindow = [](Qt::DockWidgetArea area) {
+        auto window = std::make_unique<Window>(1);
+        window->addDockWidget(area, window->dock('a'));
+        window->showAndWait();
+        return window;
+    };
+    {
+        const auto window = makeWindow(Qt::RightDockWidgetArea);
+        window->dock('a')->setFloating(true);
+        window->dock('a')->setGeometry(place);
+        QTRY_COMPARE(window->dock('a')->geometry(), place);
+        KyEditorCommon::storeDockWidgetGeometry(window->dock('a'), window.get());
+    }
+    const auto window = makeWindow(Qt::LeftDockWidgetArea);
+    KyEditorCommon::restoreDockWidgetGeometry(window->dock('a'), window.get());
+    QVERIFY(window->dock('a')->isFloating());
+    QCOMPARE(window->dockWidgetArea(window->dock('a')), Qt::RightDockWidgetArea);
+    QTRY_COMPARE(window->dock('a')->geometry(), place);
 }
 
 void tst_KyDockPersistence::groups_ofNoWindow_areEmpty()
@@ -333,10 +401,84 @@ void tst_KyDockPersistence::storeTabs_removesFormerKeys()
     settings()->setValue(QStringLiteral("tabified"), 1);
     settings()->setValue(QStringLiteral("tabified_main/group7/1/name"), QStringLiteral("a"));
     settings()->setValue(QStringLiteral("tabified_other/group0/1/name"), QStringLiteral("a"));
-    Window window(1);
-    window.addDockWidget(Qt::LeftDockWidgetArea, window.dock('a'));
+    Window window(2);
+    for (QDockWidget *dock : qAsConst(window.docks))
+        window.addDockWidget(Qt::LeftDockWidgetArea, dock);
     KyEditorCommon::storeTabifiedSettings(QStringLiteral("main"), &window);
     QCOMPARE(settings()->allKeys(), QStringList(QStringLiteral("tabified_other/group0/1/name")));
+
+    settings()->setValue(QStringLiteral("tabified"), 1);
+    window.tabifyDockWidget(window.dock('a'), window.dock('b'));
+    KyEditorCommon::storeTabifiedSettings(QStringLiteral("main"), &window);
+    QVERIFY(!settings()->contains(QStringLiteral("tabified")));
+    QVERIFY(settings()->contains(QStringLiteral("tabified_main/group0/size")));
+}
+
+void tst_KyDockPersistence::storeTabs_leavesNamelessDocksOut()
+{
+    Window window(5);
+    for (QDockWidget *dock : qAsConst(window.docks))
+        window.addDockWidget(Qt::LeftDockWidgetArea, dock);
+    window.tabifyDockWidget(window.dock('a'), window.dock('b'));
+    window.tabifyDockWidget(window.dock('a'), window.dock('c'));
+    window.tabifyDockWidget(window.dock('d'), window.dock('e'));
+    window.dock('a')->setObjectName(QString());
+    window.dock('d')->setObjectName(QString());
+    KyEditorCommon::storeTabifiedSettings(QStringLiteral("main"), &window);
+    QStringList stored;
+    for (const QString &key : settings()->allKeys()) {
+        if (key.endsWith(QLatin1String("/name")))
+            stored.append(settings()->value(key).toString());
+    }
+    QCOMPARE(stored, QStringList({QStringLiteral("b"), QStringLiteral("c")}));
+}
+
+void tst_KyDockPersistence::tabs_ofHiddenAndFloatingDocks_areRestored_data()
+{
+    QTest::addColumn<char>("odd");
+    QTest::addColumn<bool>("isFloating");
+    for (char name : {'a', 'b', 'c'}) {
+        QTest::newRow(qPrintable(QStringLiteral("hidden %1").arg(QLatin1Char(name)))) << name << false;
+        QTest::newRow(qPrintable(QStringLiteral("floating %1").arg(QLatin1Char(name)))) << name << true;
+    }
+}
+
+void tst_KyDockPersistence::tabs_ofHiddenAndFloatingDocks_areRestored()
+{
+    QFETCH(char, odd);
+    QFETCH(bool, isFloating);
+    const auto addAll = [](Window *window) {
+        for (QDockWidget *dock : qAsConst(window->docks))
+            window->addDockWidget(Qt::LeftDockWidgetArea, dock);
+    };
+    {
+        Window window(4);
+        addAll(&window);
+        window.tabifyDockWidget(window.dock('a'), window.dock('b'));
+        window.tabifyDockWidget(window.dock('a'), window.dock('c'));
+        window.showAndWait();
+        if (isFloating)
+            window.dock(odd)->setFloating(true);
+        else
+            window.dock(odd)->hide();
+        for (QDockWidget *dock : qAsConst(window.docks))
+            KyEditorCommon::storeDockWidgetGeometry(dock, &window);
+        KyEditorCommon::storeTabifiedSettings(QStringLiteral("main"), &window);
+    }
+    Window window(4);
+    addAll(&window);
+    window.showAndWait();
+    for (QDockWidget *dock : qAsConst(window.docks))
+        KyEditorCommon::restoreDockWidgetGeometry(dock, &window);
+    KyEditorCommon::restoreTabifiedSettings(QStringLiteral("main"), &window);
+    // The members are those that were stacked; the order of what is not in its stack is not known.
+    QString members;
+    for (const QString &group : groups(&window))
+        members += group;
+    std::sort(members.begin(), members.end());
+    QVERIFY2(members == QLatin1String("abc")
+                 || members == QString(QLatin1String("abc")).remove(QLatin1Char(odd)),
+             qPrintable(members));
 }
 
 void tst_KyDockPersistence::storeTabs_writesTheFile()
@@ -449,7 +591,7 @@ void tst_KyDockPersistence::wholeLayout_survivesARestart()
     };
 
     // Left a over b, right the tabs d, c, g with c in front, e floating, f hidden at the bottom.
-    QSize sizeOfA;
+    QMap<QString, QSize> sizes;
     {
         Window window(7);
         window.addDockWidget(Qt::LeftDockWidgetArea, window.dock('a'));
@@ -471,7 +613,8 @@ void tst_KyDockPersistence::wholeLayout_survivesARestart()
         QTRY_COMPARE(window.dock('a')->width(), 260);
         QTRY_COMPARE(window.dock('e')->size(), QSize(240, 160));
         QTRY_VERIFY(!window.dock('c')->visibleRegion().isEmpty());
-        sizeOfA = window.dock('a')->size();
+        for (char name : {'a', 'b'})
+            sizes.insert(window.dock(name)->objectName(), window.dock(name)->size());
         store(&window);
     }
 
@@ -481,7 +624,9 @@ void tst_KyDockPersistence::wholeLayout_survivesARestart()
         window.addDockWidget(Qt::TopDockWidgetArea, dock);
     window.showAndWait();
     restore(&window);
+    const QSize limit = window.dock('a')->maximumSize();
     KyEditorCommon::reorderDockWidgets({window.dock('a'), window.dock('b')}, &window);
+    QTRY_COMPARE(window.dock('a')->maximumSize(), limit); // nothing holds the docks any more
 
     QCOMPARE(window.dockWidgetArea(window.dock('a')), Qt::LeftDockWidgetArea);
     QCOMPARE(window.dockWidgetArea(window.dock('b')), Qt::LeftDockWidgetArea);
@@ -496,7 +641,8 @@ void tst_KyDockPersistence::wholeLayout_survivesARestart()
     QTRY_COMPARE(window.dock('e')->size(), QSize(240, 160));
     QVERIFY(window.dock('e')->isVisible());
     QVERIFY(!window.dock('f')->isVisible());
-    QTRY_COMPARE(window.dock('a')->size(), sizeOfA);
+    QTRY_COMPARE(window.dock('a')->size(), sizes.value(QStringLiteral("a")));
+    QTRY_COMPARE(window.dock('b')->size(), sizes.value(QStringLiteral("b")));
     QVERIFY(window.dock('a')->mapTo(&window, QPoint()).y() < window.dock('b')->mapTo(&window, QPoint()).y());
 }
 
@@ -543,6 +689,27 @@ void tst_KyDockPersistence::reorder_byPlace()
         QCOMPARE(window.dockWidgetArea(dock), dockArea);
 }
 
+void tst_KyDockPersistence::reorder_severalAreasAtOnce()
+{
+    Window window(4);
+    window.addDockWidget(Qt::LeftDockWidgetArea, window.dock('a'));
+    window.addDockWidget(Qt::LeftDockWidgetArea, window.dock('b'));
+    window.addDockWidget(Qt::BottomDockWidgetArea, window.dock('c'));
+    window.addDockWidget(Qt::BottomDockWidgetArea, window.dock('d'));
+    window.showAndWait();
+    window.dock('a')->setProperty("init_rect", QRect(0, 300, 150, 200));
+    window.dock('b')->setProperty("init_rect", QRect(0, 0, 150, 200));
+    window.dock('c')->setProperty("init_rect", QRect(500, 600, 300, 100));
+    window.dock('d')->setProperty("init_rect", QRect(0, 600, 300, 100));
+    KyEditorCommon::reorderDockWidgets(window.docks, &window);
+    QTRY_VERIFY(window.dock('b')->mapTo(&window, QPoint()).y()
+                < window.dock('a')->mapTo(&window, QPoint()).y());
+    QTRY_VERIFY(window.dock('d')->mapTo(&window, QPoint()).x()
+                < window.dock('c')->mapTo(&window, QPoint()).x());
+    QCOMPARE(window.dockWidgetArea(window.dock('a')), Qt::LeftDockWidgetArea);
+    QCOMPARE(window.dockWidgetArea(window.dock('d')), Qt::BottomDockWidgetArea);
+}
+
 void tst_KyDockPersistence::reorder_pinsForAMoment()
 {
     Window window(1);
@@ -556,6 +723,15 @@ void tst_KyDockPersistence::reorder_pinsForAMoment()
     QCOMPARE(window.dock('a')->maximumSize(), QSize(222, 333));
     QTRY_COMPARE(window.dock('a')->minimumSize(), minimum);
     QCOMPARE(window.dock('a')->maximumSize(), maximum);
+}
+
+void tst_KyDockPersistence::reorder_absurdSize_isBounded()
+{
+    Window window(1);
+    window.addDockWidget(Qt::LeftDockWidgetArea, window.dock('a'));
+    window.dock('a')->setProperty("init_rect", QRect(0, 0, 2000000000, 50));
+    KyEditorCommon::reorderDockWidgets(window.docks, &window);
+    QCOMPARE(window.dock('a')->maximumSize(), QSize(window.screen()->virtualSize().width(), 50));
 }
 
 void tst_KyDockPersistence::reorder_dockWithoutPlace_keepsItsLimits()
@@ -588,6 +764,9 @@ void tst_KyDockPersistence::mutatedSettings_areHarmless()
         window.addDockWidget(Qt::RightDockWidgetArea, window.dock('c'));
         window.addDockWidget(Qt::BottomDockWidgetArea, window.dock('d'));
         window.tabifyDockWidget(window.dock('a'), window.dock('b'));
+        window.showAndWait();
+        window.dock('c')->setFloating(true);
+        window.dock('d')->hide();
         for (QDockWidget *dock : qAsConst(window.docks))
             KyEditorCommon::storeDockWidgetGeometry(dock, &window);
         KyEditorCommon::storeTabifiedSettings(QStringLiteral("main"), &window);
@@ -599,6 +778,7 @@ void tst_KyDockPersistence::mutatedSettings_areHarmless()
     Window window(4);
     for (QDockWidget *dock : qAsConst(window.docks))
         window.addDockWidget(Qt::TopDockWidgetArea, dock);
+    window.showAndWait();
     for (int round = 0; round < 2000; ++round) {
         QByteArray mutated = valid;
         const int changes = random.bounded(1, 12);
@@ -628,6 +808,8 @@ void tst_KyDockPersistence::mutatedSettings_areHarmless()
             KyEditorCommon::restoreDockWidgetGeometry(dock, &window);
         KyEditorCommon::restoreTabifiedSettings(QStringLiteral("main"), &window);
         KyEditorCommon::reorderDockWidgets(window.docks, &window);
+        if (round % 10 == 0)
+            QCoreApplication::processEvents();
         for (QDockWidget *dock : qAsConst(window.docks))
             QVERIFY(window.dockWidgetArea(dock) != Qt::NoDockWidgetArea);
         QCOMPARE(settings()->group(), QString());
