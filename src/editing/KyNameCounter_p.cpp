@@ -8,7 +8,7 @@
 namespace Kyte {
 namespace NameCounter {
 
-static const int DIRECT_PROBES = 4;
+static const int DIRECT_PROBES = 8;
 
 static bool isDigit(QChar character)
 {
