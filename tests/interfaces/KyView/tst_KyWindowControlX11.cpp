@@ -16,7 +16,7 @@ public:
     XServer()
     {
         m_server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_server.start(QStringLiteral(KYTE_TEST_DATA_DIR "/../helpers/with-xserver"),
+        m_server.start(QStringLiteral(KYTE_TEST_HELPER_DIR "/with-xserver"),
                        {QStringLiteral("--no-wm"), QStringLiteral("sh"), QStringLiteral("-c"),
                         QStringLiteral("echo $DISPLAY; read line")});
         if (m_server.waitForReadyRead(60000))
