@@ -110,7 +110,7 @@ function(kyte_library name)
             FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name})
 endfunction()
 
-# kyte_program(<name> SOURCES ... [LINK ...]): an executable that is not installed.
+# kyte_program(<name> SOURCES ... [LINK ...]): an executable. Who wants it installed says so.
 function(kyte_program name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
