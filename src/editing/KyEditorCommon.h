@@ -60,8 +60,8 @@ public:
     static QPixmap changeImageOpacity(QPixmap &pixmap, double opacity);
 
     /**
-     * An object's address as hexadecimal text and back, for payloads within one process; 0 for any other
-     * text, that of a negative number included.
+     * An object's address as hexadecimal text and back, for payloads within one process. Text is read as
+     * QByteArray::toLongLong() reads base 16; what is no number, or does not fit, gives 0.
      */
     static QByteArray getByteArrayFromPointer(qint64 pointer);
     static qint64 getPointerFromByteArray(QByteArray bytes);
