@@ -88,4 +88,159 @@
         <translation type="unfinished"></translation>
     </message>
 </context>
+<context>
+    <name>Kyte::KyEditorCommon</name>
+    <message>
+        <source>Unknown</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This event is not defined.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This event action is not defined.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ignore</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>When this event is specified, events set on the screen will be ignored.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Started</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This event occurs when each content is started.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paused</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This event occurs when the sequence is paused.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Finished</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This event occurs when each content is finished.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Head Transition Finished</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This event occurs when the head transition of each content ends.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tail Transition Started</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This event occurs when the tail transition of each content is started.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Time Elapsed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This event occurs when the specified time elapses from the start of each content.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Clicked/Touched)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This event occurs when the screen is clicked or touched.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Start if the sequence is stopped or paused.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pause the content of sequence.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Finish</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stop the playback of the content.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Transit To Next Content</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Transit to the next content and start playback.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Transit To Specified Content</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Transit to the content with the specified number and start playback.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hide Screen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hide the screen.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show Screen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show the screen.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Repeat</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>When content playback is completed, playback will start again. It will not move to the next content until an event is received.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wait</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>When the playback of the content is completed, it will be in a wait state. It will not move to the next content until an event is received.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Transit To Same Number As Sender</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
 </TS>
