@@ -181,6 +181,11 @@ QStringList DestinationRecorder::takeRecords()
     return records;
 }
 
+QString DestinationRecorder::lastMessage() const
+{
+    return m_lastMessage;
+}
+
 void DestinationRecorder::setReaction(const std::function<void(const QString &)> &reaction)
 {
     m_reaction = reaction;
@@ -194,6 +199,7 @@ void DestinationRecorder::onInitialized()
 void DestinationRecorder::onErrorOccured(const QString &message)
 {
     record(QStringLiteral("errorOccured(") + message + QLatin1Char(')'));
+    m_lastMessage = message;
 }
 
 void DestinationRecorder::onItemsHasRead(QList<KyUploadItemInfo> itemInfoList)

@@ -74,6 +74,9 @@ public:
     QStringList takeSignals();
     /** The records of all lists since the last call, described in full. */
     QStringList takeRecords();
+    /** The argument of the last errorOccured() as it was behind the reaction, which may have deleted the
+     * sender. */
+    QString lastMessage() const;
     /** To be called behind every signal with its text, in place of a slot of an application. */
     void setReaction(const std::function<void(const QString &signal)> &reaction);
 
@@ -91,6 +94,7 @@ private:
 
     QStringList m_signals;
     QStringList m_records;
+    QString m_lastMessage;
     std::function<void(const QString &)> m_reaction;
 };
 
