@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -92,6 +93,30 @@ static QStringList lastingContent(const QString &path)
                            QStringLiteral("SELECT * FROM group_tbl ORDER BY id")});
 }
 
+/**
+ * The main file with its channels in a fixed order: saving keeps the order in which the folder lists them,
+ * and that differs from disk to disk. All else is there byte for byte.
+ */
+static QByteArray mainFileContent(const Environment &environment)
+{
+    static const QRegularExpression CHANNEL(QStringLiteral("<channel [^>]*/>|<channel .*?</channel>"),
+                                            QRegularExpression::DotMatchesEverythingOption);
+    const QString content = QString::fromLatin1(readFile(environment.mainFile())); // byte by byte
+    QString sorted = content;
+    QStringList channels;
+    for (auto match = CHANNEL.globalMatch(content); match.hasNext();)
+        channels.append(match.next().captured());
+    channels.sort();
+    int shift = 0;
+    for (auto match = CHANNEL.globalMatch(content); match.hasNext();) {
+        const QRegularExpressionMatch found = match.next();
+        const QString channel = channels.takeFirst();
+        sorted.replace(found.capturedStart() + shift, found.capturedLength(), channel);
+        shift += channel.size() - found.capturedLength();
+    }
+    return sorted.toLatin1();
+}
+
 /** The destinations that are in a channel, as the main file lists them or as the database does. */
 static QStringList assignment(const QByteArray &mainFile)
 {
@@ -156,7 +181,7 @@ SaveWorld::SaveWorld(Journal journal)
 {
     const Environment environment;
     makeEnvironment(environment);
-    m_old = {readFile(environment.mainFile()), databaseContent(environment.databaseFile())};
+    m_old = {mainFileContent(environment), databaseContent(environment.databaseFile())};
 
     const QStringList names =
         QDir(environment.channelDir()).entryList({QStringLiteral("*.xml")}, QDir::Files);
@@ -185,7 +210,7 @@ SaveWorld::SaveWorld(Journal journal)
     Environment rehearsal;
     furnish(rehearsal);
     const ProgramRun run = runProgram(testProgram(QStringLiteral("ky_save")), arguments(rehearsal));
-    m_newMainFile = readFile(rehearsal.mainFile());
+    m_newMainFile = mainFileContent(rehearsal);
     if (run.output != QStringList({QStringLiteral("ready"), QStringLiteral("saved")}))
         qFatal("ky_save: %s", qPrintable(run.output.join(QLatin1Char('\n'))));
 }
@@ -221,7 +246,7 @@ SavedContent SaveWorld::newContent(const Environment &environment) const
 
 static SavedContent presentContent(const Environment &environment)
 {
-    return {readFile(environment.mainFile()), databaseContent(environment.databaseFile())};
+    return {mainFileContent(environment), databaseContent(environment.databaseFile())};
 }
 
 QString SaveWorld::problemOfContent(const SavedContent &present, const SavedContent &wanted) const

@@ -14,7 +14,7 @@ namespace Test {
 /** The two files that saving replaces. */
 struct SavedContent
 {
-    QByteArray mainFile;
+    QByteArray mainFile; ///< its channels sorted
     QStringList rows; ///< of all tables, led by the answer of SQLite's integrity check
 };
 
