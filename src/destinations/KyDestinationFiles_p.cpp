@@ -8,9 +8,12 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlDatabase>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 
 namespace Kyte {
@@ -21,6 +24,14 @@ static const int COPY_BLOCK = 1 << 20; // bytes
 static QStringList journals(const QString &path)
 {
     return {path + QLatin1String("-journal"), path + QLatin1String("-wal"), path + QLatin1String("-shm")};
+}
+
+/** Whether \a query failed for another reason than the file being no database. */
+static bool isKeptOut(const QSqlQuery &query)
+{
+    static const std::array<int, 4> REASONS = {DestinationSql::Busy, DestinationSql::ReadOnly,
+                                               DestinationSql::Io, DestinationSql::CannotOpen};
+    return std::find(REASONS.cbegin(), REASONS.cend(), DestinationSql::resultCode(query)) != REASONS.cend();
 }
 
 ReadLock::ReadLock(const QString &path)
@@ -36,9 +47,11 @@ ReadLock::ReadLock(const QString &path)
     QSqlQuery query(*m_database);
     // Tools that put the database into write-ahead mode leave changes in a log, which is brought into the
     // file here.
-    if (query.exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"))
-        && query.exec(QStringLiteral("BEGIN"))) // the lock comes with the first reading
-        query.exec(QStringLiteral("SELECT COUNT(*) FROM sqlite_master"));
+    const bool isLocked = query.exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"))
+        && query.exec(QStringLiteral("BEGIN")) // the lock comes with the first reading
+        && query.exec(QStringLiteral("SELECT COUNT(*) FROM sqlite_master"));
+    if (!isLocked && isKeptOut(query))
+        m_error = query.lastError().text();
 }
 
 ReadLock::~ReadLock()
@@ -48,6 +61,11 @@ ReadLock::~ReadLock()
     m_database->close();
     m_database.reset(); // Qt warns about a connection that is removed while a handle on it exists
     QSqlDatabase::removeDatabase(m_connectionName);
+}
+
+QString ReadLock::error() const
+{
+    return m_error;
 }
 
 static bool removeAll(const QStringList &paths, QString *reason)
@@ -81,6 +99,9 @@ bool copy(const QString &source, const QString &target, QString *reason)
         return false;
     }
     const ReadLock lock(source);
+    *reason = lock.error();
+    if (!reason->isEmpty())
+        return false;
     QFile file(source);
     if (file.copy(target))
         return true;
@@ -139,7 +160,8 @@ ReplaceResult replace(const QString &source, const QString &target, QString *rea
     const QString staged = QStringLiteral("%1.%2.save").arg(target).arg(QCoreApplication::applicationPid());
     {
         const ReadLock lock(source);
-        if (!stage(source, staged, reason)) {
+        *reason = lock.error();
+        if (!reason->isEmpty() || !stage(source, staged, reason)) {
             QFile::remove(staged);
             return ReplaceResult::Failed;
         }

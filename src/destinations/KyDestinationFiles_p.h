@@ -14,8 +14,7 @@ namespace DestinationFiles {
 /**
  * Keeps other processes from writing to a database file while the object lives. Taking the lock also honours
  * a journal that a crashed process left beside the file, so that the bytes of the file alone are the whole
- * database. A missing file is not created. A file that is no database, or stays locked by a writer, is simply
- * not locked.
+ * database. A missing file is not created. A file that is no database is simply not locked.
  */
 class ReadLock
 {
@@ -25,8 +24,15 @@ public:
     explicit ReadLock(const QString &path);
     ~ReadLock();
 
+    /**
+     * Why the bytes of the file may be those of an unfinished change: another process is writing to it, or
+     * the journal of one that crashed cannot be honoured. Empty when all is well.
+     */
+    QString error() const;
+
 private:
     QString m_connectionName;
+    QString m_error;
     std::unique_ptr<QSqlDatabase> m_database;
 };
 

@@ -171,12 +171,15 @@ QString selectSortedDestinations(bool assignedOnly, int maximum)
         .arg(condition, limitClause(maximum));
 }
 
+int resultCode(const QSqlQuery &query)
+{
+    return query.lastError().nativeErrorCode().toInt() & 0xff;
+}
+
 bool isStorageFailure(const QSqlQuery &query)
 {
-    enum { Busy = 5, Memory = 7, Io = 10, Corrupt = 11, Full = 13, CannotOpen = 14 }; // SQLite's result codes
     static const std::array<int, 6> FAILURES = {Busy, Memory, Io, Corrupt, Full, CannotOpen};
-    const int code = query.lastError().nativeErrorCode().toInt() & 0xff; // without the extension
-    return std::find(FAILURES.cbegin(), FAILURES.cend(), code) != FAILURES.cend();
+    return std::find(FAILURES.cbegin(), FAILURES.cend(), resultCode(query)) != FAILURES.cend();
 }
 
 } // namespace DestinationSql

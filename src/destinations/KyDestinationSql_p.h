@@ -53,6 +53,11 @@ QString selectDestinations(int channelId, int groupId, int maximum);
 /** All destinations by position and name; with \a assignedOnly those that are in a channel. */
 QString selectSortedDestinations(bool assignedOnly, int maximum);
 
+/** Those of SQLite's result codes that are told apart. */
+enum ResultCode { Busy = 5, Memory = 7, ReadOnly = 8, Io = 10, Corrupt = 11, Full = 13, CannotOpen = 14 };
+/** The result code of what \a query did last, without its extension. */
+int resultCode(const QSqlQuery &query);
+
 /**
  * Whether \a query failed because the database cannot be written, as opposed to a row that it refuses. SQLite
  * may end the transaction by itself then, after which further statements would be committed one by one; and

@@ -17,6 +17,7 @@ class LockedDatabaseTest : public QObject
 private slots:
     void lockedDatabase_isSavedOrRefusedInTime_data();
     void lockedDatabase_isSavedOrRefusedInTime();
+    void databaseLockedAgainstReaders_isRefusedByInitInTime_data();
     void databaseLockedAgainstReaders_isRefusedByInitInTime();
 };
 
@@ -96,19 +97,34 @@ void LockedDatabaseTest::lockedDatabase_isSavedOrRefusedInTime()
     QCOMPARE(QFile::exists(environment.mainFile()), isSaved);
 }
 
+void LockedDatabaseTest::databaseLockedAgainstReaders_isRefusedByInitInTime_data()
+{
+    QTest::addColumn<bool>("settingMode");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("normal mode") << false << QStringLiteral("database is locked");
+    // Its bytes may be those of a change that is not finished.
+    QTest::newRow("setting mode") << true
+                                  << QStringLiteral(
+                                         "The working file can not be created.\ndatabase is locked");
+}
+
 void LockedDatabaseTest::databaseLockedAgainstReaders_isRefusedByInitInTime()
 {
+    QFETCH(bool, settingMode);
+    QFETCH(QString, message);
     const Environment environment;
     makeDatabase(environment);
     const QByteArray before = readFile(environment.databaseFile());
     const OtherProcess other(environment.databaseFile(), true);
     KyDestination destination;
+    destination.setSettingMode(settingMode);
     QElapsedTimer timer;
     timer.start();
     QVERIFY(!destination.init());
     QVERIFY(timer.elapsed() < TIME_LIMIT);
-    QVERIFY(destination.lastErrorMessage().contains(QLatin1String("database is locked")));
+    QVERIFY2(destination.lastErrorMessage().startsWith(message), qPrintable(destination.lastErrorMessage()));
     QVERIFY(readFile(environment.databaseFile()) == before);
+    QVERIFY(!QFile::exists(environment.workingFile()));
 }
 
 } // namespace Test
