@@ -111,11 +111,9 @@ bool KyDestination::saveData()
     QString reason;
     switch (DestinationFiles::replace(m_databaseFilePath, getStandardDatabaseFilePath(), &reason)) {
     case DestinationFiles::ReplaceResult::TargetIsProtected:
-        m_lastErrorMessage = tr("Error occured while the data is saving.(1)\n%1").arg(reason);
-        return false;
+        return refuse(tr("Error occured while the data is saving.(1)\n%1").arg(reason));
     case DestinationFiles::ReplaceResult::Failed:
-        m_lastErrorMessage = tr("Error occured while the data is saving.(2)\n%1").arg(reason);
-        return false;
+        return refuse(tr("Error occured while the data is saving.(2)\n%1").arg(reason));
     case DestinationFiles::ReplaceResult::Done:
         break;
     }
@@ -126,6 +124,8 @@ bool KyDestination::saveData()
 void KyDestination::reconnectDatabase()
 {
     purgeDatabase();
+    if (m_databaseFilePath.isEmpty())
+        return; // SQLite would take the empty name for a temporary database
     m_database =
         new QSqlDatabase(QSqlDatabase::addDatabase(DestinationSql::DRIVER_NAME, getDatabaseConnectionName()));
     m_database->setDatabaseName(m_databaseFilePath);
@@ -147,32 +147,29 @@ void KyDestination::purgeDatabase()
 
 QString KyDestination::copyDatabaseFileAsWorkingFile(const QString &standardPath, bool *ok)
 {
-    const QString workingPath = getWorkingDatabaseFilePath();
+    QString workingPath = getWorkingDatabaseFilePath();
     bool done = true;
     QString reason;
-    if (!DestinationFiles::remove(workingPath, &reason)) {
-        m_lastErrorMessage = tr("The old working file can not be deleted.\n%1").arg(reason);
-        done = false;
-    } else if (QFile::exists(standardPath) && !DestinationFiles::copy(standardPath, workingPath, &reason)) {
-        m_lastErrorMessage = tr("The working file can not be created.\n%1").arg(reason);
-        done = false;
-    }
+    if (!DestinationFiles::remove(workingPath, &reason))
+        done = refuse(tr("The old working file can not be deleted.\n%1").arg(reason));
+    else if (QFile::exists(standardPath) && !DestinationFiles::copy(standardPath, workingPath, &reason))
+        done = refuse(tr("The working file can not be created.\n%1").arg(reason));
     if (ok)
         *ok = done;
     return workingPath;
 }
 
-QString KyDestination::getStandardDatabaseFilePath()
+QString KyDestination::getStandardDatabaseFilePath() const
 {
     return QDir(m_channelDir).absoluteFilePath(DATABASE_FILE_NAME);
 }
 
-QString KyDestination::getWorkingDatabaseFilePath()
+QString KyDestination::getWorkingDatabaseFilePath() const
 {
     return getStandardDatabaseFilePath() + WORKING_FILE_SUFFIX;
 }
 
-QString KyDestination::getDatabaseConnectionName()
+QString KyDestination::getDatabaseConnectionName() const
 {
     return m_settingMode ? DATABASE_CONNECTION_NAME_WORK : DATABASE_CONNECTION_NAME_STD;
 }
@@ -234,6 +231,7 @@ QString KyDestination::getCurrentTimeForDatabaseString()
     return QDateTime::currentDateTime().toString(DestinationSql::TIMESTAMP_FORMAT);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is fixed
 QDateTime KyDestination::getDateTimeFromDatabaseString(QString text)
 {
     // Not the format of our own stamps, which therefore do not parse. Applications rely on the invalid date.
@@ -455,7 +453,7 @@ KyDestination::changeDestinationCategory(const QList<int> &destinationIds, int c
     return moved;
 }
 
-int KyDestination::getNewId(DataType type)
+int KyDestination::getNewId(DataType type) const
 {
     if (!m_database || !m_database->isOpen())
         return -1;
@@ -476,7 +474,7 @@ int KyDestination::getNewId(DataType type)
     return lastId < 0 ? lastId : candidate;
 }
 
-int KyDestination::getNewPosIndex(DataType type)
+int KyDestination::getNewPosIndex(DataType type) const
 {
     if (!m_database)
         return -1;
@@ -488,29 +486,20 @@ bool KyDestination::saveChannelConfigToFile()
 {
     // The messages of this operation are for its caller only: nothing is emitted.
     clearLastErrorMessage();
-    if (!m_channelConfig) {
-        m_lastErrorMessage = tr("The channel config object has not be initialized.");
-        return false;
-    }
-    m_lastErrorMessage = openDatabase();
-    if (!m_lastErrorMessage.isEmpty())
-        return false;
+    if (!m_channelConfig)
+        return refuse(tr("The channel config object has not be initialized."));
+    const QString error = openDatabase();
+    if (!error.isEmpty())
+        return refuse(error);
     QSqlQuery query = select(DestinationSql::SELECT_ASSIGNMENT);
-    if (!query.isActive()) {
-        m_lastErrorMessage = readingError(query);
-        return false;
-    }
+    if (!query.isActive())
+        return refuse(readingError(query));
     while (query.next())
         m_channelConfig->insertDestination(query.value(0).toInt(), query.value(1).toInt());
-    if (query.lastError().isValid()) {
-        // A damaged page ended the rows. A file of what came before would lose all the other assignments.
-        m_lastErrorMessage = readingError(query);
-        return false;
-    }
-    if (m_channelConfig->saveFile(QString()))
-        return true;
-    m_lastErrorMessage = m_channelConfig->lastErrorMessage();
-    return false;
+    // A damaged page ends the rows. A file of what came before would lose all the other assignments.
+    if (query.lastError().isValid())
+        return refuse(readingError(query));
+    return m_channelConfig->saveFile(QString()) || refuse(m_channelConfig->lastErrorMessage());
 }
 
 KyDestination::DataType KyDestination::dataType() const
@@ -570,6 +559,7 @@ void KyDestination::setMaxChannelCount(long maxChannelCount)
 
 void KyDestination::onErrorOccured(const QString &message)
 {
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the copy is needed
     const QString text = message; // may be a member of an object that a slot deletes
     m_lastErrorMessage = text;
     emit errorOccured(text);
@@ -582,6 +572,13 @@ bool KyDestination::fail(const QString &message)
     return false;
 }
 
+/** The same in silence, for what tells nobody but its caller. */
+bool KyDestination::refuse(const QString &message)
+{
+    m_lastErrorMessage = message;
+    return false;
+}
+
 bool KyDestination::initDataBase()
 {
     QString path = getStandardDatabaseFilePath();
@@ -589,7 +586,7 @@ bool KyDestination::initDataBase()
         bool ok = false;
         path = copyDatabaseFileAsWorkingFile(path, &ok);
         if (!ok)
-            return false;
+            return false; // without a connection: init() has dropped the earlier one
     }
     m_database =
         new QSqlDatabase(QSqlDatabase::addDatabase(DestinationSql::DRIVER_NAME, getDatabaseConnectionName()));
@@ -626,8 +623,7 @@ bool KyDestination::createSchema()
         const QString error = query.lastError().text();
         m_database->rollback();
         closeDataBaseOnError(true);
-        m_lastErrorMessage = error;
-        return false;
+        return refuse(error);
     }
     m_database->commit();
     m_database->close();
@@ -640,10 +636,8 @@ bool KyDestination::mergeConfigData(KyChannelConfig &channelConfig)
         return false;
     const CloseAtEnd closeAtEnd(this, &m_database);
     QSqlQuery deletion(*m_database);
-    if (!deletion.exec(DestinationSql::DELETE_CHANNELS)) {
-        m_lastErrorMessage = deletion.lastError().text();
-        return false;
-    }
+    if (!deletion.exec(DestinationSql::DELETE_CHANNELS))
+        return refuse(deletion.lastError().text());
     if (m_database->transaction()) {
         DestinationSync::writeChannels(*m_database, channelConfig.channelList(),
                                        getCurrentTimeForDatabaseString());
@@ -687,15 +681,16 @@ void KyDestination::dropDatabase()
 }
 
 /** The path tells, not the mode: that can be changed after init(), and the standard file must survive it. */
-bool KyDestination::hasWorkingCopy()
+bool KyDestination::hasWorkingCopy() const
 {
     return !m_databaseFilePath.isEmpty() && m_databaseFilePath == getWorkingDatabaseFilePath();
 }
 
 void KyDestination::removeDataBaseFile()
 {
-    QString reason;
-    if (!DestinationFiles::remove(m_databaseFilePath, &reason))
+    const bool exists = QFile::exists(m_databaseFilePath); // a file that is gone is worth the message, too
+    QString ignored;
+    if (!DestinationFiles::remove(m_databaseFilePath, &ignored) || !exists)
         qDebug("remove error");
 }
 

@@ -71,9 +71,13 @@ public:
     /**
      * Writes "chconfig.xml" and, in setting mode, puts the working copy in the place of the database file.
      * The working copy stays. Whatever fails, either the old or the new content of each file is there.
+     * Putting the copy in place takes the reserved fingerprint anew; in normal mode that stays as it was.
      */
     bool saveData();
-    /** Drops the connection and makes it anew on the same file, not yet opened. */
+    /**
+     * Drops the connection and makes it anew on the same file, not yet opened. Without a file, that is before
+     * init() or after one that failed to make it, there is no connection afterwards either.
+     */
     void reconnectDatabase();
     /** Drops the connection; later operations fail until reconnectDatabase() or init(). */
     void purgeDatabase();
@@ -83,15 +87,15 @@ public:
      * case. \a ok (may be null) tells whether all went well.
      */
     QString copyDatabaseFileAsWorkingFile(const QString &standardPath, bool *ok);
-    QString getStandardDatabaseFilePath();
-    QString getWorkingDatabaseFilePath();
-    QString getDatabaseConnectionName();
+    QString getStandardDatabaseFilePath() const;
+    QString getWorkingDatabaseFilePath() const;
+    QString getDatabaseConnectionName() const;
     /** The statements that create tables and indexes where they are missing, in order. */
     static QStringList getDataBaseCreationScript();
 
     /**
-     * SHA-1 of the database file in use, lower-case hex: as of the last init() or saveData(), and as of
-     * now.
+     * SHA-1 of the database file in use, lower-case hex: as of the last init() or saveData() in setting mode,
+     * and as of now. Saving in normal mode leaves the reserved one as it was.
      */
     QString reservedDatabaseFileHashSha1() const;
     void setReservedDatabaseFileHashSha1(const QString &hash);
@@ -156,9 +160,9 @@ public:
      * The lowest free id, 0 or more; -1 when the database is not open; a negative id that is in the table
      * if any.
      */
-    int getNewId(DataType type);
+    int getNewId(DataType type) const;
     /** The position behind the last one; 0 for an empty table and when the database is not open. */
-    int getNewPosIndex(DataType type);
+    int getNewPosIndex(DataType type) const;
 
     /**
      * Writes the assignment of destinations to channels to "chconfig.xml". Sets the error text, emits
@@ -188,12 +192,19 @@ public:
     void setMaxChannelCount(long maxChannelCount);
 
 signals:
+    /** init() has succeeded; its last act. */
     void initialized();
+    /** An operation other than saving has failed; lastErrorMessage() is \a message by then. */
     void errorOccured(const QString &message);
+    /** A list of categories of one kind, which may be empty, or of up to ten destinations. */
     void itemsHasRead(QList<KyUploadItemInfo> itemInfoList);
+    /** startToRead() or a reading of destinations has delivered its last list. */
     void allItemsReadingFinished();
+    /** The categories of one kind can be read: one list follows. */
     void categoryReadingStarted();
+    /** That list was delivered. */
     void categoryReadingFinished();
+    /** A reading of destinations begins, with the ids it was asked for; it may still fail. */
     void readingDestinationStarted(int channelId, int groupId);
 
 private slots:
@@ -201,12 +212,13 @@ private slots:
 
 private:
     bool fail(const QString &message);
+    bool refuse(const QString &message);
     bool initDataBase();
     bool createSchema();
     bool mergeConfigData(KyChannelConfig &channelConfig);
     void closeDataBaseOnError(bool close);
     void dropDatabase();
-    bool hasWorkingCopy();
+    bool hasWorkingCopy() const;
     void removeDataBaseFile();
 
     QString openDatabase();

@@ -43,6 +43,7 @@ const QString SELECT_ODD_GROUPS =
 
 const QString DELETE_OTHER_DESTINATIONS = QStringLiteral("DELETE FROM destination_tbl WHERE updatetime<>?");
 
+// No order and no further columns: the pairs go into a map from the destination to its channel.
 const QString SELECT_ASSIGNMENT = QStringLiteral("SELECT id, channel_id FROM destination_tbl");
 
 static QString categoryTable(const QString &table)

@@ -23,7 +23,7 @@ class KYEDITORCOMMON_EXPORT KyUploadItemInfo : public QObject
 
 public:
     /** What a record describes. KyDestination computes a category's type as its DataType plus one. */
-    enum ItemType { Item_Destination = 0, Item_Channel = 1, Item_Group = 2 };
+    enum ItemType : int { Item_Destination = 0, Item_Channel = 1, Item_Group = 2 };
 
     explicit KyUploadItemInfo(QObject *parent = nullptr);
     KyUploadItemInfo(ItemType itemType,

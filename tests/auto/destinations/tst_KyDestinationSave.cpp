@@ -58,7 +58,8 @@ private slots:
     void oddNames_areSaved();
     void savedFile_keepsItsRights();
     void linkInPlaceOfTheFile_isReplaced();
-    void fingerprint_isTakenAnew();
+    void fingerprint_isTakenAnewInSettingModeOnly_data();
+    void fingerprint_isTakenAnewInSettingModeOnly();
     void success_emitsNothingAndClearsTheError();
 
     void mainFile_followsMoves();
@@ -308,13 +309,25 @@ void tst_KyDestinationSave::linkInPlaceOfTheFile_isReplaced()
     QCOMPARE(readFile(target), before);
 }
 
-void tst_KyDestinationSave::fingerprint_isTakenAnew()
+void tst_KyDestinationSave::fingerprint_isTakenAnewInSettingModeOnly_data()
 {
-    const std::unique_ptr<KyDestination> destination = createEdited();
-    QVERIFY(destination->reservedDatabaseFileHashSha1() != destination->currentDatabaseFileHashSha1());
+    QTest::addColumn<bool>("settingMode");
+    QTest::newRow("normal mode") << false;
+    QTest::newRow("setting mode") << true;
+}
+
+void tst_KyDestinationSave::fingerprint_isTakenAnewInSettingModeOnly()
+{
+    QFETCH(bool, settingMode);
+    const std::unique_ptr<KyDestination> destination = create(settingMode);
+    const QString before = destination->reservedDatabaseFileHashSha1();
+    QVERIFY(destination->addNewGroup(QStringLiteral("New"), nullptr));
+    const QString edited = destination->currentDatabaseFileHashSha1();
+    QVERIFY(edited != before);
     QVERIFY(destination->saveData());
-    QCOMPARE(destination->reservedDatabaseFileHashSha1(), destination->currentDatabaseFileHashSha1());
-    QCOMPARE(destination->reservedDatabaseFileHashSha1(), Path::getHashSha1(standardFile()));
+    QCOMPARE(destination->reservedDatabaseFileHashSha1(), settingMode ? edited : before);
+    QCOMPARE(destination->currentDatabaseFileHashSha1(), edited);
+    QCOMPARE(Path::getHashSha1(standardFile()), edited);
 }
 
 void tst_KyDestinationSave::success_emitsNothingAndClearsTheError()
