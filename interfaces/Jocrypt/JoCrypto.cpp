@@ -46,8 +46,8 @@ JoCrypto::~JoCrypto()
     sodium_memzero(m_key, sizeof m_key);
 }
 
-// The text comes by value because that is the product's interface.
-QString JoCrypto::encryptString(QString text) const // NOLINT(performance-unnecessary-value-param)
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is fixed
+QString JoCrypto::encryptString(QString text) const
 {
     if (text.size() > MAX_TEXT_SIZE)
         return QString();

@@ -20,7 +20,7 @@ static QString environmentFilePath()
 
 static QString standardFilePath()
 {
-    const QString path = environmentFilePath();
+    QString path = environmentFilePath();
     if (!path.isEmpty())
         return path;
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)

@@ -11,7 +11,7 @@
 
 namespace Kyte {
 
-static const qint64 MAX_FILE_SIZE = 64 * 1024 * 1024;
+static const qint64 MAX_FILE_SIZE = 64 << 20;
 static const int MAX_ATTRIBUTES = 64;
 static const int MAX_DEPTH = 256;
 

@@ -58,8 +58,8 @@ public:
     bool isMatch(const KyEvent *other) const;
 
 private:
-    EventDirection m_direction;
-    KyEventType::EventType m_type;
+    EventDirection m_direction = Raise;
+    KyEventType::EventType m_type = KyEventType::Ignore;
     KyEventAction::EventAction m_action = KyEventAction::None;
     int m_senderScreenId = -1;
     int m_contentNumber = -1;

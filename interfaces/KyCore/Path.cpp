@@ -75,6 +75,7 @@ QString Path::getName(QString path, bool withExtension)
     return name;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is fixed
 QString Path::getExtension(QString fileName)
 {
     const QString name = getName(fileName, true);
@@ -112,6 +113,7 @@ QString Path::getApplicationCacheFolderPath()
     return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + QStringLiteral("/kyte");
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is fixed
 QString Path::getDataFolderByStageFile(QString stageFile)
 {
     const QString name = getName(stageFile, false);

@@ -118,7 +118,7 @@ QByteArray KyEditorCommon::getByteArrayFromPointer(qint64 pointer)
     return QStringLiteral("%1").arg(pointer, 0, POINTER_BASE).toLatin1();
 }
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param)
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is fixed
 qint64 KyEditorCommon::getPointerFromByteArray(QByteArray bytes)
 {
     return bytes.toLongLong(nullptr, POINTER_BASE);
