@@ -47,6 +47,7 @@ bool KyEditorConfig::hasError()
     return getConfig()->hasError();
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is fixed
 void KyEditorConfig::setCommonConfigFile(QString path)
 {
     getConfig()->readFile(path);
@@ -59,7 +60,7 @@ void KyEditorConfig::clearCommonConfigFilePath()
 
 QString KyEditorConfig::dataDir()
 {
-    const QString known = getConfig()->dataDir();
+    QString known = getConfig()->dataDir();
     if (!known.isEmpty())
         return known;
     readStandardConfigFile();

@@ -30,6 +30,7 @@ public:
     /** Deletes the configuration and the upload-manager process, and nothing else. */
     ~KyEditorConfig();
 
+    /** The one instance; never null, never to be deleted. */
     static KyEditorConfig *getInstance();
     /** The wrapped core configuration; it belongs to this class. */
     static KyConfig *getConfig();
@@ -38,9 +39,11 @@ public:
     static bool readStandardConfigFile();
     /** Creates the default folders and configuration file where they are missing; false when that fails. */
     static bool createDefaultEnvironment();
+    /** Whether the last reading or creating failed. */
     static bool hasError();
     /** Reads \a path as the configuration file. The result is dropped: hasError() tells it. */
     static void setCommonConfigFile(QString path);
+    /** Forgets the path of the configuration file and nothing else. */
     static void clearCommonConfigFilePath();
 
     /**
