@@ -11,11 +11,6 @@
 
 #include <memory>
 
-#ifdef Q_OS_UNIX
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
-
 using namespace Kyte;
 using namespace Kyte::Test;
 
@@ -115,6 +110,7 @@ private slots:
     void normalModeAfterInit_stillRemovesTheWorkingCopy();
     void destructor_removesTheWorkingCopyAndNothingElse();
     void destructor_saysWhenTheWorkingCopyStays();
+    void destructor_saysWhenTheWorkingCopyIsGone();
     void destructor_inNormalMode_leavesTheFile();
     void laterObjectOfTheSameMode_takesTheConnection_data();
     void laterObjectOfTheSameMode_takesTheConnection();
@@ -1034,6 +1030,15 @@ void tst_KyDestinationInit::destructor_saysWhenTheWorkingCopyStays()
     QTest::ignoreMessage(QtDebugMsg, "remove error");
     destination.reset();
     QVERIFY(QFileInfo(workingFile()).isDir());
+}
+
+void tst_KyDestinationInit::destructor_saysWhenTheWorkingCopyIsGone()
+{
+    std::unique_ptr<KyDestination> destination = create(true);
+    QVERIFY(QFile::remove(workingFile()));
+    QTest::ignoreMessage(QtDebugMsg, "remove error");
+    destination.reset();
+    QCOMPARE(channelFolder(*m_environment), QStringList());
 }
 
 void tst_KyDestinationInit::destructor_inNormalMode_leavesTheFile()
