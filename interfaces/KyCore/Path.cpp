@@ -5,6 +5,8 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <utility>
+
 namespace Kyte {
 
 static const QLatin1Char SEPARATOR('/');
@@ -75,10 +77,9 @@ QString Path::getName(QString path, bool withExtension)
     return name;
 }
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is fixed
 QString Path::getExtension(QString fileName)
 {
-    const QString name = getName(fileName, true);
+    const QString name = getName(std::move(fileName), true);
     const int dot = extensionDot(name);
     return dot < 0 ? QString() : name.mid(dot + 1).toLower();
 }
