@@ -51,12 +51,12 @@ static QStringList select(const QSqlDatabase &database, const QString &statement
     return rows;
 }
 
+/** Reading honours a journal, which must not happen to the file \a path itself: it stays as it was left. */
 static QStringList selectFromCopy(const QString &path, const QStringList &statements)
 {
     if (!QFile::exists(path))
         return {QStringLiteral("no file")};
-    const QTemporaryDir
-        folder; // reading honours a journal, which must not happen to the file that was left behind
+    const QTemporaryDir folder;
     const QString copy = folder.filePath(QStringLiteral("copy"));
     const QString connectionName = QStringLiteral("kyte_test_content");
     QFile::copy(path, copy);
@@ -74,7 +74,8 @@ static QStringList selectFromCopy(const QString &path, const QStringList &statem
     return rows;
 }
 
-QStringList databaseContent(const QString &path)
+/** An integrity check and all rows of the database \a path, or what keeps it from being read. */
+static QStringList databaseContent(const QString &path)
 {
     return selectFromCopy(path,
                           {QStringLiteral("PRAGMA integrity_check"),
@@ -83,8 +84,7 @@ QStringList databaseContent(const QString &path)
                            QStringLiteral("SELECT * FROM destination_tbl ORDER BY id")});
 }
 
-/** What a synchronisation takes over from the database: the destinations with their groups, and the groups.
- */
+/** What a synchronisation takes over from the database: destinations with their groups, and the groups. */
 static QStringList lastingContent(const QString &path)
 {
     return selectFromCopy(path,
@@ -234,11 +234,7 @@ QStringList SaveWorld::arguments(const Environment &environment, const QString &
     return {QStringLiteral("--before"), commands.join(QLatin1String(" && "))};
 }
 
-SavedContent SaveWorld::oldContent() const
-{
-    return m_old;
-}
-
+/** What ky_save, started in \a environment, has in mind to save. */
 SavedContent SaveWorld::newContent(const Environment &environment) const
 {
     return {m_newMainFile, databaseContent(inEnvironment(environment, EXPECTED_DATABASE))};
@@ -301,12 +297,14 @@ QString SaveWorld::problemOfAnswer(const Environment &environment, const QString
     const SavedContent present = presentContent(environment);
     const SavedContent wanted = newContent(environment);
     const bool isSaved = answer == QLatin1String("saved");
-    if (isSaved && (present.mainFile != wanted.mainFile || present.rows != wanted.rows))
-        return QStringLiteral("saved, but not completely");
-    if (!isSaved && present.rows != m_old.rows)
-        return QStringLiteral("not saved, but the old rows are gone");
     if (!isSaved && !answer.startsWith(QLatin1String("failed ")))
         return QStringLiteral("no answer");
+    if (present.rows != (isSaved ? wanted : m_old).rows)
+        return QStringLiteral("the rows are not those that the answer promises");
+    // The main file is written first, and stays new when the database cannot follow.
+    const bool isMainFileSaved = isSaved || answer.contains(QLatin1String("while the data is saving"));
+    if (present.mainFile != (isMainFileSaved ? wanted : m_old).mainFile)
+        return QStringLiteral("the main file is not the one that the answer promises");
     if (isSaved && QFile::exists(environment.databaseFile() + JOURNAL_SUFFIX))
         return QStringLiteral("saved, with the journal of the old database");
     return problem(environment);

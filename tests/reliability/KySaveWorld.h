@@ -18,10 +18,6 @@ struct SavedContent
     QStringList rows; ///< of all tables, led by the answer of SQLite's integrity check
 };
 
-/** An integrity check and all rows of the database \a path, or what keeps it from being read. \a path stays
- * as it is. */
-QStringList databaseContent(const QString &path);
-
 /**
  * The environment in which ky_save is started, again and again from the same files: 150 destinations, most of
  * them in one of three channels and all in one of three groups.
@@ -43,11 +39,6 @@ public:
     /** What ky_save is started with; \a command is for the shell, between the edits and their saving. */
     QStringList arguments(const Environment &environment, const QString &command = QString()) const;
 
-    SavedContent oldContent() const;
-    /** What ky_save, started in \a environment, has in mind to save; known from the moment that it is ready.
-     */
-    SavedContent newContent(const Environment &environment) const;
-
     /**
      * What is wrong in \a environment after ky_save has ended in whatever way, empty when all is well: the
      * two files are complete, each old or new, and the next start in either mode loses nothing of them.
@@ -60,6 +51,7 @@ public:
     QString leftovers(const Environment &environment) const;
 
 private:
+    SavedContent newContent(const Environment &environment) const;
     QString problemOfContent(const SavedContent &present, const SavedContent &wanted) const;
 
     QList<QPair<QString, QByteArray>> m_files; // names in the environment
