@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
+#include <QVector>
 #include <QXmlStreamReader>
 
 namespace Kyte {
@@ -60,7 +61,7 @@ static int integerAttribute(const QXmlStreamReader &reader, const QString &name,
 static KyChannelConfig::ChannelInfo readChannelFile(const QString &path)
 {
     KyChannelConfig::ChannelInfo channel;
-    QByteArray content;
+    QString content;
     if (!XmlFile::read(path, MAX_CHANNEL_FILE_SIZE, &content))
         return channel;
 
@@ -164,7 +165,7 @@ bool KyChannelConfig::readFile(const QString &path)
     m_destChannelMap.clear();
     if (!QFileInfo::exists(file))
         return true; // nothing has been assigned yet
-    QByteArray content;
+    QString content;
     if (!XmlFile::read(file, MAX_MAIN_FILE_SIZE, &content))
         return fail(tr("The channel config file can not be open to read."));
 
@@ -172,18 +173,18 @@ bool KyChannelConfig::readFile(const QString &path)
     if (!enterRoot(&reader))
         return true;
     int depth = 1;
-    int channelId = -1;
+    QVector<int> channelIds; // of the open channels, a negative one is invalid
     while (!reader.atEnd()) {
         const QXmlStreamReader::TokenType token = readToken(&reader, &depth);
         if (token == QXmlStreamReader::StartElement && isElement(reader, CHANNEL_ELEMENT)) {
-            channelId = integerAttribute(reader, ID_ATTRIBUTE, -1);
+            channelIds.append(integerAttribute(reader, ID_ATTRIBUTE, -1));
         } else if (token == QXmlStreamReader::EndElement && isElement(reader, CHANNEL_ELEMENT)) {
-            channelId = -1;
+            channelIds.removeLast();
         } else if (token == QXmlStreamReader::StartElement && isElement(reader, DESTINATION_ELEMENT)
-                   && channelId >= 0) {
+                   && channelIds.value(channelIds.size() - 1, -1) >= 0) {
             const int destinationId = integerAttribute(reader, ID_ATTRIBUTE, -1);
             if (destinationId >= 0)
-                insertDestination(destinationId, channelId);
+                insertDestination(destinationId, channelIds.last());
         }
     }
     return true;

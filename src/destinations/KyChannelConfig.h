@@ -19,9 +19,9 @@ namespace Kyte {
  * application's configuration, which belongs to the main thread.
  *
  * A main file of more than 64 MiB (some two million assignments) or a channel file of more than 1 MiB is
- * refused like one that cannot be opened. What could keep the XML reader busy without end counts as malformed
- * from there on: a document type with declarations, a tag of more than 64 attributes, elements nested more
- * than 256 deep, and more than 32 KiB in another encoding than UTF-8.
+ * refused like one that cannot be opened. Any encoding that the file declares and Qt knows is read. What
+ * could keep the XML reader busy without end counts as malformed from there on: a document type with
+ * declarations of its own, a tag of more than 64 attributes, and elements nested more than 256 deep.
  */
 class KYEDITORCOMMON_EXPORT KyChannelConfig : public QObject
 {
@@ -78,8 +78,8 @@ public:
 
     /**
      * Rebuilds destChannelMap() from the main file \a path (empty: of channelDir()). A missing file reads as
-     * one without assignments, a malformed one as far as it is well-formed. False when the file cannot be
-     * opened.
+     * one without assignments, a malformed one as far as it is well-formed. A destination belongs to the
+     * innermost channel around it. False when the file cannot be opened.
      */
     bool readFile(const QString &path);
 

@@ -7,14 +7,14 @@ namespace Kyte {
 namespace XmlFile {
 
 /**
- * Reads the regular file \a path into \a content, line ends as "\n". False when it cannot be opened and read
- * whole, or has more than \a sizeLimit bytes.
+ * Reads the regular file \a path into \a content, decoded by its byte order mark or its declaration, else
+ * from UTF-8. False when it cannot be opened and read whole, or has more than \a sizeLimit bytes.
  *
- * What could keep an XML reader busy or fill the memory out of all proportion is cut off, so that the
- * document ends there too early: the declarations of a document type, a tag with more than 64 attributes, and
- * what follows the first 32 KiB in another encoding than UTF-8.
+ * The document ends too early where its bytes are invalid, and in front of what could keep an XML reader busy
+ * or fill the memory out of all proportion: a document type with declarations of its own and a tag with more
+ * than 64 attributes. The XML reader normalises the line ends and refuses unknown encodings.
  */
-bool read(const QString &path, int sizeLimit, QByteArray *content);
+bool read(const QString &path, int sizeLimit, QString *content);
 
 /**
  * Replaces the regular file \a path, or makes it. When anything fails, a full disk at the last byte included,

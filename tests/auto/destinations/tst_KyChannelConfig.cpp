@@ -5,6 +5,7 @@
 #include <KyChannelConfig.h>
 #include <KyEditorConfig.h>
 
+#include <QTextCodec>
 #include <QXmlStreamReader>
 
 #include <random>
@@ -137,6 +138,8 @@ private slots:
 
     void mainFile_data();
     void mainFile();
+    void largeMainFile_isReadWholeInAnyEncoding_data();
+    void largeMainFile_isReadWholeInAnyEncoding();
     void mainFile_replacesTheFormerMap();
     void missingMainFile_isNoError_data();
     void missingMainFile_isNoError();
@@ -409,6 +412,8 @@ void tst_KyChannelConfig::channelFile_data()
     row("Latin-1",
         "<?xml version='1.0' encoding='ISO-8859-1'?><Pelmora><channel id='7' name='\xE4'/></Pelmora>",
         "7|\xC3\xA4|-1");
+    row("unknown encoding", "<?xml version='1.0' encoding='none'?><Pelmora><channel id='7'/></Pelmora>", "");
+    row("line end in a name", inRoot("<channel id='7' name='A\r\nB'/>"), "7|A B|-1");
     row("wrong encoding", inRoot("<channel id='7' name='\xE4'/>"), "");
     row("document type", "<!DOCTYPE Pelmora><Pelmora><channel id='7'/></Pelmora>", "7|Ch.7|-1");
     row("entity bomb", entityBomb("<channel id='7'/>"), "");
@@ -694,11 +699,31 @@ void tst_KyChannelConfig::mainFile_data()
     row("document type",
         "<!DOCTYPE Pelmora><Pelmora><channel id='1'><destination id='2'/></channel></Pelmora>", "2=1");
     row("entity bomb", entityBomb("<channel id='1'><destination id='2'/></channel>"), "");
-    row("large in UTF-16",
-        utf16(QStringLiteral("\uFEFF<Pelmora><channel id='1'><destination id='2'/>")
-              + QString(16 << 10, QLatin1Char(' '))
-              + QStringLiteral("<destination id='3'/></channel></Pelmora>")),
+    row("declarations in a comment",
+        inRoot("<!-- <!DOCTYPE a [<!ENTITY b 'c'>]> --><channel id='1'><destination id='2'/></channel>"),
         "2=1");
+    row("many attributes in a comment",
+        inRoot("<!-- <a" + manyAttributes(65) + "/> --><channel id='1'><destination id='2'/></channel>"),
+        "2=1");
+
+    row("channel within a channel",
+        inRoot("<channel id='1'><channel id='2'/><destination id='5'/></channel><destination id='6'/>"),
+        "5=1");
+    row("destination of an inner channel",
+        inRoot(
+            "<channel id='1'><channel id='2'><destination id='4'/></channel><destination id='5'/></channel>"),
+        "4=2 5=1");
+    row("invalid channel within a valid one",
+        inRoot(
+            "<channel id='1'><channel id='x'><destination id='4'/></channel><destination id='5'/></channel>"),
+        "5=1");
+    row("valid channel within an invalid one",
+        inRoot("<channel><channel id='2'><destination id='4'/></channel><destination id='5'/></channel>"),
+        "4=2");
+    row("channels three deep",
+        inRoot("<channel id='1'><channel id='2'><channel id='3'><destination id='6'/></channel>"
+               "<destination id='7'/></channel><destination id='8'/></channel>"),
+        "6=3 7=2 8=1");
 }
 
 void tst_KyChannelConfig::mainFile()
@@ -710,6 +735,32 @@ void tst_KyChannelConfig::mainFile()
 
     QTEST(describe(m_config->destChannelMap()), "expected");
     QCOMPARE(m_config->lastErrorMessage(), QString());
+}
+
+void tst_KyChannelConfig::largeMainFile_isReadWholeInAnyEncoding_data()
+{
+    QTest::addColumn<QByteArray>("encoding");
+
+    for (const char *encoding : {"UTF-8", "utf8", "US-ASCII", "ISO-8859-1", "Shift_JIS", "UTF-16"})
+        QTest::newRow(encoding) << QByteArray(encoding);
+}
+
+void tst_KyChannelConfig::largeMainFile_isReadWholeInAnyEncoding()
+{
+    QFETCH(QByteArray, encoding);
+    QMap<int, int> expected;
+    QString text = QStringLiteral("<?xml version='1.0' encoding='%1'?>\r\n<Pelmora><channel id='1'>\r\n")
+                       .arg(QString::fromLatin1(encoding));
+    for (int id = 0; id < 3000; ++id) {
+        text += QStringLiteral("<destination id='%1'/>\r\n").arg(id);
+        expected.insert(id, 1);
+    }
+    text += QStringLiteral("</channel></Pelmora>");
+    Test::writeFile(path(), QTextCodec::codecForName(encoding)->fromUnicode(text));
+
+    QVERIFY(m_config->readFile(path()));
+
+    QCOMPARE(m_config->destChannelMap(), expected);
 }
 
 void tst_KyChannelConfig::mainFile_replacesTheFormerMap()
@@ -854,6 +905,15 @@ void tst_KyChannelConfig::hostileFile_isReadInBoundedTime_data()
     row("entities", bomb.toLatin1(), "&e;");
     row("entities behind a comment", "<!-- <!DOCTYPE a> -->" + bomb.toLatin1(), "&e;");
     row("entities in UTF-16", utf16(QStringLiteral("\uFEFF") + bomb), utf16(QStringLiteral("&e;")));
+
+    // Half a surrogate pair must not turn into the "?" that makes an instruction of a tag.
+    row("entities behind half a pair",
+        utf16(QStringLiteral("<") + QChar(0xD800) + QStringLiteral("a '?>") + bomb),
+        utf16(QStringLiteral("&e;")));
+    row("attributes of the declaration", "<?xml version='1.0'" + manyAttributes(300000), " ");
+    row("open comments", "<Pelmora>", "<!-- ");
+    row("open instructions", "<Pelmora>", "<?a ");
+    row("open quotes", "<Pelmora>", "<a \"");
 
     // In this encoding the bytes of "<" are parts of other characters, here of the attributes' names.
     QByteArray japanese = "<?xml version='1.0' encoding='ISO-2022-JP'?><Pelmora";
