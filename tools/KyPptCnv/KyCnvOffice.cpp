@@ -1,0 +1,117 @@
+#include "KyCnvOffice.h"
+
+#include "KyCnvProcess.h"
+#include "KyCnvTimings.h"
+
+#include <KZip>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QUrl>
+
+namespace Kyte {
+
+/** Beside the path: where the suite is installed on a system that does not put it there. */
+static QStringList officeFolders()
+{
+    QStringList folders;
+    for (const char *variable : {"ProgramFiles", "ProgramFiles(x86)"}) {
+        const QString programs = qEnvironmentVariable(variable);
+        if (!programs.isEmpty())
+            folders.append(QDir::fromNativeSeparators(programs) + QLatin1String("/LibreOffice/program"));
+    }
+    return folders;
+}
+
+QString findProgram(const QStringList &names)
+{
+    for (const QString &name : names) {
+        QString path = QStandardPaths::findExecutable(name);
+        if (path.isEmpty())
+            path = QStandardPaths::findExecutable(name, officeFolders());
+        if (!path.isEmpty())
+            return path;
+    }
+    return QString();
+}
+
+static QString officeProgram()
+{
+    return findProgram({QStringLiteral("soffice"), QStringLiteral("libreoffice")});
+}
+
+/** The file \a name in \a archive; null when there is none. */
+static QByteArray fileIn(const KZip &archive, const QString &name)
+{
+    const KArchiveFile *file = archive.directory()->file(name);
+    return file ? file->data() : QByteArray();
+}
+
+bool KyCnvOffice::isInstalled() const
+{
+    return !officeProgram().isEmpty();
+}
+
+KyCnvOffice::Slides KyCnvOffice::slidesIn(const QString &path)
+{
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || file.size() == 0 || !file.open(QIODevice::ReadOnly))
+        return Slides::Unreadable;
+    if (file.peek(2) != "PK")
+        return Slides::Some; // not an archive: only the suite can tell
+    KZip archive(path);
+    if (!archive.open(QIODevice::ReadOnly))
+        return Slides::Unreadable;
+    const QByteArray presentation = fileIn(archive, QStringLiteral("ppt/presentation.xml"));
+    if (!presentation.isNull())
+        return presentation.contains("sldId ") ? Slides::Some : Slides::None;
+    const QByteArray content = fileIn(archive, QStringLiteral("content.xml"));
+    if (content.startsWith("<?xml"))
+        return content.contains("<draw:page ") ? Slides::Some : Slides::None;
+    return Slides::Some;
+}
+
+QString KyCnvOffice::toPdf(const QString &inputPath)
+{
+    return convert(inputPath, QStringLiteral("pdf"));
+}
+
+QVector<int> KyCnvOffice::timings(const QString &inputPath)
+{
+    QFile file(convert(inputPath, QStringLiteral("fodp")));
+    return file.open(QIODevice::ReadOnly) ? slideTimings(&file) : QVector<int>();
+}
+
+QString KyCnvOffice::folder() const
+{
+    return m_folder.path();
+}
+
+QString KyCnvOffice::convert(const QString &inputPath, const QString &suffix)
+{
+    // Under a plain name, whatever the file is called: the suite reads names in the locale's encoding.
+    const QFileInfo input(inputPath);
+    const QString name = QStringLiteral("presentation");
+    const QString source = m_folder.filePath(name + QLatin1Char('.') + input.suffix().toLower());
+    if (!QFile::exists(source) && !QFile::link(input.absoluteFilePath(), source)
+        && !QFile::copy(input.absoluteFilePath(), source))
+        return QString();
+
+    const QString result = m_folder.filePath(QStringLiteral("result/") + name + QLatin1Char('.') + suffix);
+    KyCnvProcess office;
+    office.setProcessChannelMode(QProcess::MergedChannels);
+    office.setStandardOutputFile(QProcess::nullDevice());
+    office.setStandardInputFile(QProcess::nullDevice());
+    office.start(officeProgram(),
+                 {QStringLiteral("-env:UserInstallation=")
+                      + QUrl::fromLocalFile(m_folder.filePath(QStringLiteral("profile"))).toString(),
+                  QStringLiteral("--headless"), QStringLiteral("--norestore"), QStringLiteral("--nologo"),
+                  QStringLiteral("--nolockcheck"), QStringLiteral("--convert-to"), suffix,
+                  QStringLiteral("--outdir"), QFileInfo(result).path(), source});
+    // It ends with success also when it could not load the file: what counts is whether there is a result.
+    return office.waitForSuccess() && QFileInfo(result).size() > 0 ? result : QString();
+}
+
+} // namespace Kyte
