@@ -4,7 +4,10 @@
 #include "KyecCommand.h"
 #include "KyecOutput.h"
 #include "SampleEnvironment.h"
+#include "StageFiles.h"
 #include "TextTable.h"
+
+#include <KyStage.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -16,6 +19,8 @@
 namespace Kyte {
 
 static const QString KEEP = QStringLiteral("keep");
+static const QSize SAMPLE_MONITOR(1920, 1080);
+static const QSize SAMPLE_PREVIEW(640, 361);
 
 /** A destination that is in another channel or group than before. */
 struct Change
@@ -113,13 +118,62 @@ static QString fingerprintsText(const DemoResult &result)
 static QString entriesText(const SampleEnvironment &environment)
 {
     QString text;
+    const QString stages = QDir(environment.folder()).relativeFilePath(environment.stagesFolder());
     const QStringList entries = environment.entries();
-    for (const QString &entry : entries)
-        text += QStringLiteral("  %1\n").arg(QDir::toNativeSeparators(entry));
+    for (const QString &entry : entries) {
+        if (!entry.startsWith(stages)) // in a table of their own
+            text += QStringLiteral("  %1\n").arg(QDir::toNativeSeparators(entry));
+    }
     return text;
 }
 
-static QString resultText(const DemoResult &result, const SampleEnvironment &environment, bool isKept)
+/** The pictures of a stage template. */
+struct StagePictures
+{
+    QString title;
+    QStringList icons;
+    QString preview;
+};
+
+/** Draws the stage templates into \a folder; false, with the matter said, when they cannot be written. */
+static bool drawStages(const QString &folder, QList<StagePictures> *pictures)
+{
+    const StageItems items = makeStageTemplates(SAMPLE_MONITOR);
+    for (const auto &item : items) {
+        const int number = pictures->size() + 1;
+        const QString preview = QStringLiteral("preview-%1.png").arg(number, 2, 10, QLatin1Char('0'));
+        StageFiles icons(folder);
+        StageFiles previews(folder);
+        if (!icons.writeIcons(*item, number)) {
+            printError(icons.lastErrorMessage());
+            return false;
+        }
+        if (!previews.writePreview(*item->stage(), SAMPLE_PREVIEW, preview)) {
+            printError(previews.lastErrorMessage());
+            return false;
+        }
+        pictures->append({item->text(), icons.names(), preview});
+    }
+    return true;
+}
+
+static QString stagesText(const QList<StagePictures> &pictures)
+{
+    TextTable table({{QStringLiteral("Template"), TextTable::Left},
+                     {QStringLiteral("Icons"), TextTable::Left},
+                     {QStringLiteral("Preview"), TextTable::Left}});
+    for (const StagePictures &stage : pictures)
+        table.addRow({stage.title,
+                      QStringLiteral("%1 … %2").arg(stage.icons.first(),
+                                                    stage.icons.last().section(QLatin1Char('-'), 2)),
+                      stage.preview});
+    return table.toString();
+}
+
+static QString resultText(const DemoResult &result,
+                          const QList<StagePictures> &stages,
+                          const SampleEnvironment &environment,
+                          bool isKept)
 {
     const DestinationPicture &after = result.after;
     const QString folder = QDir::toNativeSeparators(environment.folder());
@@ -138,7 +192,12 @@ static QString resultText(const DemoResult &result, const SampleEnvironment &env
     text += section(QStringLiteral("Destinations, as read back"), destinationTable(after).toString());
     text += section(QStringLiteral("Fingerprint of the database file, reserved by init() and saveData()"),
                     fingerprintsText(result));
-    text += section(QStringLiteral("Files in %1").arg(folder), entriesText(environment));
+    text += section(QStringLiteral("Stage templates for a monitor of %1 x %2, in %3")
+                        .arg(SAMPLE_MONITOR.width())
+                        .arg(SAMPLE_MONITOR.height())
+                        .arg(QDir::toNativeSeparators(environment.stagesFolder())),
+                    stagesText(stages));
+    text += section(QStringLiteral("Other files in %1").arg(folder), entriesText(environment));
     text += isKept ? QStringLiteral("\nTry: %1 destinations --config %2\n")
                          .arg(QDir::toNativeSeparators(QCoreApplication::applicationFilePath()),
                               QDir::toNativeSeparators(environment.configFile()))
@@ -210,7 +269,20 @@ static QJsonObject environmentToJson(const SampleEnvironment &environment, bool 
             {QStringLiteral("entries"), QJsonArray::fromStringList(environment.entries())}};
 }
 
-static QJsonObject resultToJson(const DemoResult &result, const SampleEnvironment &environment, bool isKept)
+static QJsonArray stagesToJson(const QList<StagePictures> &pictures)
+{
+    QJsonArray array;
+    for (const StagePictures &stage : pictures)
+        array.append(QJsonObject{{QStringLiteral("title"), stage.title},
+                                 {QStringLiteral("icons"), QJsonArray::fromStringList(stage.icons)},
+                                 {QStringLiteral("preview"), stage.preview}});
+    return array;
+}
+
+static QJsonObject resultToJson(const DemoResult &result,
+                                const QList<StagePictures> &stages,
+                                const SampleEnvironment &environment,
+                                bool isKept)
 {
     return {{QStringLiteral("environment"), environmentToJson(environment, isKept)},
             {QStringLiteral("signals"), signalsToJson(result)},
@@ -219,7 +291,8 @@ static QJsonObject resultToJson(const DemoResult &result, const SampleEnvironmen
             {QStringLiteral("before"), pictureToJson(result.before)},
             {QStringLiteral("changes"), changesToJson(result)},
             {QStringLiteral("after"), pictureToJson(result.after)},
-            {QStringLiteral("fingerprint"), fingerprintsToJson(result)}};
+            {QStringLiteral("fingerprint"), fingerprintsToJson(result)},
+            {QStringLiteral("stages"), stagesToJson(stages)}};
 }
 
 int runDemo(KyecArguments &arguments)
@@ -246,9 +319,12 @@ int runDemo(KyecArguments &arguments)
     DemoRun run;
     if (!run.run(&environment))
         return fail(run.lastErrorMessage());
+    QList<StagePictures> stages;
+    if (!drawStages(environment.stagesFolder(), &stages))
+        return Exit_Failure;
     const QString output = arguments.isJsonWanted()
-        ? jsonText(QJsonDocument(resultToJson(run.result(), environment, isKept)))
-        : resultText(run.result(), environment, isKept);
+        ? jsonText(QJsonDocument(resultToJson(run.result(), stages, environment, isKept)))
+        : resultText(run.result(), stages, environment, isKept);
     temporary.reset(); // before printing, which ends the process when the reader has gone
     print(output);
     return Exit_Success;

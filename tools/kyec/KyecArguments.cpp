@@ -101,6 +101,11 @@ QString KyecArguments::value(const QString &option) const
     return m_parser.value(option);
 }
 
+QStringList KyecArguments::values(const QString &option) const
+{
+    return m_parser.values(option);
+}
+
 QStringList KyecArguments::positional() const
 {
     return m_parser.positionalArguments();

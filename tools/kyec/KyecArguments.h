@@ -38,6 +38,8 @@ public:
     bool isSet(const QString &option) const;
     bool isJsonWanted() const;
     QString value(const QString &option) const;
+    /** The values of an option that may be given several times. */
+    QStringList values(const QString &option) const;
     QStringList positional() const;
     /** Reads an option's integer if it is given; false, with the matter said, unless that is \a minimum or
      * more. */

@@ -19,6 +19,7 @@ struct KyecCommand
     const char *description; ///< one line
     /** Declares the options, parses, does the work and answers the exit code. */
     int (*run)(KyecArguments &arguments);
+    bool draws = false; ///< whether it handles icons or pixmaps, which the program has to be prepared for
 };
 
 int runDemo(KyecArguments &arguments);
@@ -28,7 +29,15 @@ int runDestinations(KyecArguments &arguments);
 int runGroups(KyecArguments &arguments);
 int runMove(KyecArguments &arguments);
 
+int runSvg(KyecArguments &arguments);
+int runThumbnails(KyecArguments &arguments);
+int runTree(KyecArguments &arguments);
+int runPreview(KyecArguments &arguments);
+int runTemplates(KyecArguments &arguments);
+
 int runVerify(KyecArguments &arguments);
+
+int runConvert(KyecArguments &arguments);
 
 int runDuration(KyecArguments &arguments);
 int runUniqueName(KyecArguments &arguments);

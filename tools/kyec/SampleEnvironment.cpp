@@ -14,6 +14,7 @@ static const QString MARK_FILE = QStringLiteral(".kyec-demo");
 static const QString CONFIG_FILE = QStringLiteral("kyteconfig.xml");
 static const QString DATA_FOLDER = QStringLiteral("data");
 static const QString LOG_FOLDER = QStringLiteral("log");
+static const QString STAGES_FOLDER = QStringLiteral("stages");
 
 struct SampleChannel
 {
@@ -169,6 +170,11 @@ QString SampleEnvironment::configFile() const
     return path(CONFIG_FILE);
 }
 
+QString SampleEnvironment::stagesFolder() const
+{
+    return path(STAGES_FOLDER);
+}
+
 QStringList SampleEnvironment::entries() const
 {
     QStringList entries;
@@ -214,7 +220,7 @@ bool SampleEnvironment::clear()
     if (!folder.exists(MARK_FILE))
         return fail(
             QStringLiteral("The folder is not empty and was not made by this command: %1").arg(shown));
-    for (const QString &name : {CONFIG_FILE, DATA_FOLDER, LOG_FOLDER}) {
+    for (const QString &name : {CONFIG_FILE, DATA_FOLDER, LOG_FOLDER, STAGES_FOLDER}) {
         const QFileInfo entry(path(name));
         const bool isFolder = entry.isDir() && !entry.isSymLink(); // what a link points to is not ours
         if ((entry.exists() || entry.isSymLink())

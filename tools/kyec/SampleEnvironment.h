@@ -26,6 +26,7 @@ public:
 
     QString folder() const; ///< absolute
     QString configFile() const;
+    QString stagesFolder() const; ///< for pictures of stages; it is made by whoever writes them
     /** Files, and folders with a "/" at the end, by name and relative to folder(), as of now. */
     QStringList entries() const;
 

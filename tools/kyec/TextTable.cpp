@@ -49,17 +49,6 @@ static int characterWidth(uint character)
     return isWide ? 2 : 1;
 }
 
-static QString printable(QString text)
-{
-    for (QChar &character : text) {
-        const QChar::Category category = character.category();
-        if (category == QChar::Other_Control || category == QChar::Separator_Line
-            || category == QChar::Separator_Paragraph)
-            character = QChar::ReplacementCharacter;
-    }
-    return text;
-}
-
 /** As much of \a text as fits into \a width columns, with an ellipsis where something is missing. */
 static QString cut(const QString &text, int width)
 {
@@ -113,6 +102,17 @@ int TextTable::displayWidth(const QString &text)
     return std::accumulate(characters.begin(), characters.end(), 0, [](int width, uint character) {
         return width + characterWidth(character);
     });
+}
+
+QString TextTable::printable(QString text)
+{
+    for (QChar &character : text) {
+        const QChar::Category category = character.category();
+        if (category == QChar::Other_Control || category == QChar::Separator_Line
+            || category == QChar::Separator_Paragraph)
+            character = QChar::ReplacementCharacter;
+    }
+    return text;
 }
 
 QVector<int> TextTable::widths() const

@@ -30,6 +30,8 @@ public:
     /** How many columns of a terminal \a text takes: two for East Asian wide characters, none for combining
      * marks. */
     static int displayWidth(const QString &text);
+    /** \a text with "�" for every control character. */
+    static QString printable(QString text);
 
 private:
     QVector<int> widths() const;

@@ -3,25 +3,45 @@
 #include "KyecOutput.h"
 #include "KyecPlatform.h"
 
+#include <QApplication>
 #include <QCommandLineParser>
-#include <QCoreApplication>
 
 #include <algorithm>
+#include <memory>
 
 using namespace Kyte;
 
 static const KyecCommand COMMANDS[] = {
-    {"demo", "", "Show the library's main job on a sample environment.", runDemo},
+    {"demo", "", "Show the library's main job on a sample environment.", runDemo, true},
     {"destinations", "", "List the upload destinations by position and name.", runDestinations},
     {"channels", "", "List the channels and how many destinations are in each.", runChannels},
     {"groups", "\nadd NAME\nrename ID NAME\nremove ID", "List, add, rename and remove groups.", runGroups},
     {"move", "ID... --to-channel N\nID... --to-group N", "Move destinations to a channel or to a group.",
      runMove},
     {"verify", "", "Check the database: its integrity, its rows and its fingerprint.", runVerify},
+    {"convert", "FILE", "Convert a presentation to images or a video.", runConvert},
     {"unique-name", "NAME --used FILE", "Print the name, with a counter while it is in use.", runUniqueName},
     {"duration", "SECONDS", "Print a play duration as the editors show it.", runDuration},
     {"watch-probe", "FOLDER", "Tell whether the system can announce changes in a folder.", runWatchProbe},
+    {"tree", "FOLDER", "Print the media library below a folder, and follow its changes.", runTree, true},
+    {"thumbnails", "FOLDER", "Make the thumbnails of a folder's images, and read all of its media files'.",
+     runThumbnails, true},
+    {"svg", "FILE --size WxH --out PNG", "Render an SVG file to an image of a wanted size.", runSvg, true},
+    {"templates", "--out DIR", "Write the icons of the stage templates, and print their geometry.",
+     runTemplates, true},
+    {"preview", "TEMPLATE-NUMBER --size WxH --out PNG", "Write the preview of a stage template.", runPreview,
+     true},
 };
+
+/** The command \a name, null when there is none. */
+static const KyecCommand *findCommand(const QByteArray &name)
+{
+    const auto command =
+        std::find_if(std::begin(COMMANDS), std::end(COMMANDS), [&name](const KyecCommand &candidate) {
+            return name == candidate.name;
+        });
+    return command == std::end(COMMANDS) ? nullptr : command;
+}
 
 static QString usage()
 {
@@ -30,7 +50,8 @@ static QString usage()
                        "       kyec COMMAND --help\n"
                        "\n"
                        "The command line of KyEditorCommon: the upload destinations of a configuration,\n"
-                       "their channels and their groups, and some of the editors' helpers.\n"
+                       "their channels and their groups, presentations, media libraries, stage\n"
+                       "templates and some of the editors' helpers.\n"
                        "\n"
                        "Commands:\n");
     for (const KyecCommand &command : COMMANDS)
@@ -78,20 +99,27 @@ static int runCommand(const QStringList &arguments)
     if (rest.isEmpty())
         return wrongUsage(QStringLiteral("Which command?"));
     const QByteArray name = rest.takeFirst().toUtf8();
-    const auto command =
-        std::find_if(std::begin(COMMANDS), std::end(COMMANDS), [&name](const KyecCommand &candidate) {
-            return name == candidate.name;
-        });
-    if (command == std::end(COMMANDS))
+    const KyecCommand *command = findCommand(name);
+    if (!command)
         return wrongUsage(QStringLiteral("There is no command '%1'.").arg(QString::fromUtf8(name)));
     KyecArguments commandArguments(*command, rest);
     return command->run(commandArguments);
 }
 
+/** Of the kind that the command needs: most work where nothing can be drawn. */
+static std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv)
+{
+    const KyecCommand *command = argc > 1 ? findCommand(argv[1]) : nullptr;
+    if (!command || !command->draws)
+        return std::make_unique<QCoreApplication>(argc, argv);
+    prepareDrawing();
+    return std::make_unique<QApplication>(argc, argv);
+}
+
 int main(int argc, char **argv)
 {
     prepareConsole();
-    QCoreApplication application(argc, argv);
+    const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     const int code = runCommand(QCoreApplication::arguments());
     if (!finishOutput())
         return fail(QStringLiteral("The output could not be written."));
