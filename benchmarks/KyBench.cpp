@@ -22,9 +22,9 @@ static QTextStream &output()
     return stream;
 }
 
-static void showProgress(const QString &name)
+static void showProgress(const QString &text)
 {
-    QTextStream(stderr) << "measuring " << name << '\n';
+    QTextStream(stderr) << text << '\n';
 }
 
 static double median(QVector<double> values)
@@ -67,9 +67,13 @@ static QString number(double value, int decimals = 2)
     return QString::number(value, 'f', decimals);
 }
 
-void Report::ratio(const QString &name, const Limits &limits, const Side &subject, const Side &reference)
+void Report::ratio(const QString &name,
+                   const Limits &limits,
+                   const Side &subject,
+                   const Side &reference,
+                   const QString &unit)
 {
-    showProgress(name);
+    showProgress(QStringLiteral("measuring ") + name);
     subject(); // the first round of either side pays for cold caches
     reference();
     QVector<double> subjects;
@@ -82,12 +86,13 @@ void Report::ratio(const QString &name, const Limits &limits, const Side &subjec
     }
     const double ours = median(subjects);
     const double theirs = median(references);
-    m_rows.append({name, ours / theirs, limits, ours, theirs, QStringLiteral("ms")});
+    m_rows.append({name, ours / theirs, limits, ours, theirs, unit});
+    showProgress(QStringLiteral("  %1").arg(m_rows.constLast().measured, 0, 'f', 3));
 }
 
 void Report::value(const QString &name, const QString &unit, const Limits &limits, const Side &subject)
 {
-    showProgress(name);
+    showProgress(QStringLiteral("measuring ") + name);
     QVector<double> subjects;
     while (subjects.size() < MIN_ROUNDS)
         subjects.append(subject());

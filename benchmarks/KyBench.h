@@ -58,8 +58,15 @@ public:
     /** One round of one side: prepares, works, and answers what the work alone took. */
     using Side = std::function<double()>;
 
-    /** Measures \a subject / \a reference: medians of rounds in which the two take turns. */
-    void ratio(const QString &name, const Limits &limits, const Side &subject, const Side &reference);
+    /**
+     * Measures \a subject / \a reference: medians of rounds in which the two take turns. \a unit is that of
+     * what a side answers.
+     */
+    void ratio(const QString &name,
+               const Limits &limits,
+               const Side &subject,
+               const Side &reference,
+               const QString &unit = QStringLiteral("ms"));
     /** Measures \a subject alone: a median of rounds. The reference of the row is what is required. */
     void value(const QString &name, const QString &unit, const Limits &limits, const Side &subject);
 

@@ -19,6 +19,9 @@ double peakMemory();
  */
 bool resetPeakMemory();
 
+/** Bytes that are allocated on the heap, by all threads; 0 where the system does not tell. */
+double heapBytes();
+
 /** How busy the machine is, for the reader of a measurement. */
 std::string loadAverage();
 

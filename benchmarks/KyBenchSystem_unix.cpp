@@ -51,6 +51,16 @@ bool resetPeakMemory()
     return references.good();
 }
 
+double heapBytes()
+{
+#if defined(__GLIBC__) && __GLIBC_PREREQ(2, 33)
+    const struct mallinfo2 info = mallinfo2();
+    return double(info.uordblks) + double(info.hblkhd);
+#else
+    return 0;
+#endif
+}
+
 std::string loadAverage()
 {
     double loads[3] = {};

@@ -47,6 +47,11 @@ bool resetPeakMemory()
     return false; // Windows keeps the peak of the whole life of a process
 }
 
+double heapBytes()
+{
+    return 0; // walking the heap would take longer than any benchmark
+}
+
 std::string loadAverage()
 {
     return "unknown"; // Windows keeps no such number
