@@ -6,7 +6,7 @@ find_program(KYTE_LUPDATE NAMES lupdate lupdate-qt5 HINTS /usr/lib/qt5/bin)
 find_program(KYTE_LRELEASE NAMES lrelease lrelease-qt5 HINTS /usr/lib/qt5/bin)
 mark_as_advanced(KYTE_LUPDATE KYTE_LRELEASE)
 set(KYTE_TRANSLATION_TEMPLATE "${PROJECT_SOURCE_DIR}/resources/translations/kyeditorcommon.ts")
-set(KYTE_LUPDATE_ARGUMENTS -silent -no-obsolete -locations none -no-ui-lines -extensions "cpp,h"
+set(KYTE_LUPDATE_ARGUMENTS -silent -no-obsolete -locations none -no-ui-lines -extensions "cpp,h,ui"
     "${PROJECT_SOURCE_DIR}/src" -ts)
 
 if(KYTE_LUPDATE)
