@@ -22,12 +22,13 @@ if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
     set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "Build type" FORCE)
 endif()
 
-# ccache where it is installed; the sloppiness is what it needs to cache compilations that use a precompiled header.
+# ccache where it is installed; the sloppiness is what it needs to cache compilations that use a precompiled header, and
+# without the folder in its key a second clone is built from the first one's results.
 find_program(KYTE_CCACHE ccache)
 mark_as_advanced(KYTE_CCACHE)
 if(KYTE_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_CXX_COMPILER_LAUNCHER
-        "${CMAKE_COMMAND};-E;env;CCACHE_SLOPPINESS=pch_defines,time_macros;CCACHE_BASEDIR=${PROJECT_SOURCE_DIR};${KYTE_CCACHE}")
+        "${CMAKE_COMMAND};-E;env;CCACHE_SLOPPINESS=pch_defines,time_macros;CCACHE_NOHASHDIR=1;CCACHE_BASEDIR=${PROJECT_SOURCE_DIR};${KYTE_CCACHE}")
 endif()
 
 # A warning or sanitizer setting applies to every target of the project alike.
