@@ -146,6 +146,7 @@ void WatchedFoldersTest::model_followsRandomChanges_data()
     QTest::addColumn<int>("largestBatch"); // between two looks at the event loop
     QTest::addColumn<int>("delay");
     QTest::newRow("each change at once") << 2000 << 1 << 0;
+    QTest::newRow("batches at once") << 4000 << 40 << 0;
     QTest::newRow("collected changes") << 20000 << 40 << 5;
 }
 
