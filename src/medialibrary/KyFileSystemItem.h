@@ -122,6 +122,7 @@ private:
     mutable bool m_greyedOut = false;
     mutable int m_row = -1; // where the node was last seen in its parent's list
     mutable quint32 m_greyOutEpoch = 0; // of the patterns that m_greyedOut was found with
+    int m_unlinkedRow = -1; // in the model's list of the nodes that left the tree alive
     mutable std::unique_ptr<KyFileSystemItemCache> m_cache;
 };
 

@@ -1,6 +1,9 @@
 #include "KyFileSystemModel.h"
 
+#include "KyDateTexts_p.h"
 #include "KyFileSystemItemCache_p.h"
+#include "KyFileTime_p.h"
+#include "KyFolderListing_p.h"
 #include "KyTextEpoch_p.h"
 
 #include <QBrush>
@@ -94,6 +97,7 @@ KyFileSystemModel::KyFileSystemModel(QObject *parent)
     : QAbstractItemModel(parent)
     , m_headerLabels({tr("Name"), tr("Size"), tr("Type"), tr("Date Modified")})
     , m_watcher(this)
+    , m_dateTexts(new KyDateTexts)
     , m_refreshTimer(this)
 {
     m_refreshTimer.setSingleShot(true);
@@ -109,7 +113,7 @@ KyFileSystemModel::~KyFileSystemModel()
     deleteItem(m_rootItem);
     if (m_rootItem)
         bury(m_rootItem); // a derived class cleared the register
-    bury(m_unlinked);
+    buryUnlinked();
     emptyGraveyard();
 }
 
@@ -334,7 +338,7 @@ QModelIndex KyFileSystemModel::setRootPath(const QString &path)
     m_validItems.clear();
     if (m_rootItem)
         m_graveyard.append(m_rootItem);
-    bury(m_unlinked);
+    buryUnlinked();
     m_changedPaths.clear(); // everything is read anew
     m_rootPath = absolutePath;
     m_rootItem = new KyFileSystemItem(QFileInfo(absolutePath), nullptr, -1);
@@ -589,7 +593,7 @@ QList<void *> KyFileSystemModel::deleteItem(KyFileSystemItem *item)
         return destroyed;
     const Burial burial(this);
     // A node that left the tree alive may have outlived its parent; in the tree the parent is there.
-    KyFileSystemItem *parent = m_unlinked.contains(item) ? getParent(item) : item->parent();
+    KyFileSystemItem *parent = item->m_unlinkedRow >= 0 ? getParent(item) : item->parent();
     destroyBelow(item, &destroyed);
     if (parent)
         parent->clearChild(item);
@@ -672,14 +676,21 @@ void KyFileSystemModel::emptyGraveyard()
 void KyFileSystemModel::bury(KyFileSystemItem *item)
 {
     m_validItems.remove(item);
-    m_unlinked.remove(item);
+    if (item->m_unlinkedRow >= 0) {
+        KyFileSystemItem *last = m_unlinked.takeLast();
+        last->m_unlinkedRow = item->m_unlinkedRow;
+        if (last != item)
+            m_unlinked[item->m_unlinkedRow] = last;
+        item->m_unlinkedRow = -1;
+    }
     m_graveyard.append(item);
 }
 
-void KyFileSystemModel::bury(const QSet<KyFileSystemItem *> &items)
+void KyFileSystemModel::buryUnlinked()
 {
-    for (KyFileSystemItem *item : items)
-        m_graveyard.append(item);
+    for (KyFileSystemItem *item : qAsConst(m_unlinked))
+        item->m_unlinkedRow = -1;
+    m_graveyard += m_unlinked;
     m_unlinked.clear();
 }
 
@@ -750,8 +761,10 @@ void KyFileSystemModel::unlink(KyFileSystemItem *folder, int first, int last)
     const QPair<int, int> rows = folder->rowsWithin(first, last);
     for (int row = rows.first; row <= rows.second; ++row) {
         KyFileSystemItem *child = folder->childAt(row);
-        if (isValidItem(child))
-            m_unlinked.insert(child);
+        if (!isValidItem(child) || child->m_unlinkedRow >= 0)
+            continue;
+        child->m_unlinkedRow = m_unlinked.size();
+        m_unlinked.append(child);
     }
     folder->clearChildren(first, last);
     folder->renumberChildren();
@@ -761,7 +774,7 @@ void KyFileSystemModel::unlink(KyFileSystemItem *folder, int first, int last)
 bool KyFileSystemModel::appendListing(KyFileSystemItem *folder)
 {
     const QStringList &filters = folder == m_rootItem ? m_nameFiltersInRoot : m_nameFilters;
-    const QFileInfoList entries = QDir(folder->absolutePath()).entryInfoList(filters, m_filter, m_sortFlag);
+    const QFileInfoList entries = listFolder(folder->absolutePath(), filters, m_filter, m_sortFlag);
     for (const QFileInfo &entry : entries) {
         if (!isExclusionFileName(entry))
             m_validItems.insert(new KyFileSystemItem(entry, folder, -1));
@@ -847,7 +860,7 @@ QVariant KyFileSystemModel::displayData(KyFileSystemItem *item, int column) cons
     if (column < 0 || column >= ColumnCount || (column == SizeColumn && item->m_fileInfo.isDir()))
         return QVariant();
 
-    // Views ask at every paint, and the time alone costs three looks at the time zone's file.
+    // Views ask at every paint.
     KyFileSystemItemCache &cache = item->cache();
     const quint32 epoch = KyTextEpoch::current();
     if (cache.textsEpoch != epoch) {
@@ -865,9 +878,9 @@ QString KyFileSystemModel::makeText(const QFileInfo &info, int column) const
     if (column == SizeColumn)
         return getFileSizeString(info.size());
     if (column == ModifiedColumn) {
-        QString modified = QLocale().toString(info.lastModified(), QLocale::ShortFormat);
-        modified.squeeze();
-        return modified;
+        const qint64 modified = fileModificationTime(info);
+        return modified != 0 ? m_dateTexts->text(modified)
+                             : QLocale().toString(info.lastModified(), QLocale::ShortFormat);
     }
     if (!info.isFile())
         return m_typeProvider.type(info);

@@ -15,8 +15,11 @@
 #include <QVector>
 
 #include <atomic>
+#include <memory>
 
 namespace Kyte {
+
+class KyDateTexts;
 
 /**
  * The files and folders below one root folder as a tree of four columns (name, size, type, date modified):
@@ -187,7 +190,7 @@ private:
     bool isRunning() const;
     void emptyGraveyard();
     void bury(KyFileSystemItem *item);
-    void bury(const QSet<KyFileSystemItem *> &items);
+    void buryUnlinked();
     void destroyBelow(KyFileSystemItem *item, QList<void *> *destroyed);
     QList<void *> destroyWalking(KyFileSystemItem *folder, int first, int last);
     QList<void *> destroyWalkingOneByOne(KyFileSystemItem *folder, int first, int last);
@@ -229,7 +232,8 @@ private:
     quint32 m_greyOutEpoch = 1; // grows with every change of the patterns
     mutable QHash<QString, QString> m_fileTypes; // by suffix
     mutable quint32 m_fileTypesEpoch = 0; // of the texts
-    QSet<KyFileSystemItem *> m_unlinked; // owned: left the tree alive, with all below them
+    const std::unique_ptr<KyDateTexts> m_dateTexts;
+    QVector<KyFileSystemItem *> m_unlinked; // owned: left the tree alive, with all below them
     QVector<KyFileSystemItem *>
         m_graveyard; // owned: destroyed, but new nodes may not have their addresses yet
     int m_burials = 0;
