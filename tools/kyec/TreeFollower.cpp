@@ -53,6 +53,7 @@ void TreeFollower::onTreeChanged()
 void TreeFollower::onFolderChanged(const QString &path)
 {
     if (!QFileInfo::exists(m_model->rootPath())) {
+        m_watcher.disconnect(this); // its other folders go as well, and each would be told
         QCoreApplication::exit(fail(
             QStringLiteral("The folder is gone: %1").arg(QDir::toNativeSeparators(m_model->rootPath()))));
         return;
