@@ -7,7 +7,8 @@
 namespace Kyte {
 
 static const int MAXIMUM_TEXTS = 10000;
-static const qint64 MINUTE = 60 * 1000; // milliseconds
+static const qint64 SECOND = 1000; // milliseconds
+static const qint64 MINUTE = 60 * SECOND;
 
 /** Since 1973 every zone is a number of whole minutes away from UTC, and changes that at a whole minute. */
 static const qint64 WHOLE_MINUTES_SINCE = 94694400000;
@@ -17,8 +18,9 @@ QString KyDateTexts::text(qint64 time)
     const quint32 epoch = KyTextEpoch::current();
     if (m_epoch != epoch) {
         const QString format = QLocale().dateTimeFormat(QLocale::ShortFormat);
-        const bool showsSeconds = format.contains(QLatin1Char('s')) || format.contains(QLatin1Char('z'));
-        m_precision = showsSeconds ? 1 : MINUTE;
+        m_precision = format.contains(QLatin1Char('z')) ? 1
+            : format.contains(QLatin1Char('s'))         ? SECOND
+                                                        : MINUTE;
         m_texts.clear();
         m_epoch = epoch;
     }
