@@ -62,7 +62,7 @@ void tst_KyDateTexts::text_isTheLocales_data()
         QTest::newRow(qPrintable(QString("1970 in %1").arg(zone))) << name << qint64(1);
         QTest::newRow(qPrintable(QString("before 1970 in %1").arg(zone))) << name << qint64(-987654321);
         // Monrovia was 44 minutes and 30 seconds behind until then.
-        QTest::newRow(qPrintable(QString("January 1972 in %1").arg(zone))) << name << qint64(63593070000);
+        QTest::newRow(qPrintable(QString("January 1972 in %1").arg(zone))) << name << qint64(63593050000);
     }
     QTest::newRow("before summer time begins") << QByteArray("Europe/Berlin") << qint64(1679792399999);
     QTest::newRow("after summer time began") << QByteArray("Europe/Berlin") << qint64(1679792400000);
