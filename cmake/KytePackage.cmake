@@ -37,6 +37,26 @@ file(RELATIVE_PATH KYTE_PKGCONFIG_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/
 configure_file("${PROJECT_SOURCE_DIR}/cmake/KyEditorCommon.pc.in" "${PROJECT_BINARY_DIR}/KyEditorCommon.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/KyEditorCommon.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
+# A tree for Windows holds what its programs need beside the system: the DLLs of Qt and of the compiler, and the
+# plug-ins that Qt loads by itself, where an application's folder is searched for them.
+if(WIN32 AND KYTE_WINDOWS_QT)
+    foreach(plugin IN ITEMS iconengines/qsvgicon imageformats/qgif imageformats/qico imageformats/qjpeg imageformats/qsvg
+                            platforms/qoffscreen platforms/qwindows sqldrivers/qsqlite styles/qwindowsvistastyle)
+        get_filename_component(folder ${plugin} DIRECTORY)
+        install(FILES "${KYTE_WINDOWS_QT}/plugins/${plugin}.dll" DESTINATION "${CMAKE_INSTALL_BINDIR}/${folder}")
+    endforeach()
+    install(CODE "
+        file(GLOB programs \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/*.exe\"
+                           \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/*.dll\")
+        file(GLOB plugins \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/*/*.dll\")
+        set(CMAKE_OBJDUMP \"${CMAKE_OBJDUMP}\")
+        set(CMAKE_GET_RUNTIME_DEPENDENCIES_PLATFORM windows+pe)
+        file(GET_RUNTIME_DEPENDENCIES RESOLVED_DEPENDENCIES_VAR libraries
+             EXECUTABLES \${programs} MODULES \${plugins} DIRECTORIES \"${KYTE_WINDOWS_QT}/bin\"
+             PRE_INCLUDE_REGEXES \"^[Qq]t5\" \"^libgcc_\" \"^libstdc\" \"^libwinpthread\" PRE_EXCLUDE_REGEXES \".\")
+        file(INSTALL \${libraries} DESTINATION \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}\")")
+endif()
+
 if(PROJECT_IS_TOP_LEVEL)
     set(CPACK_GENERATOR TGZ)
     set(CPACK_PACKAGE_NAME "${PROJECT_NAME}")

@@ -3,8 +3,16 @@
 # A QtTest program made of <name>.cpp and SOURCES, run offscreen, in UTC and the C locale. A connection that names no
 # signal or slot is only a warning to Qt and QtTest still says PASS, so its message fails the run here. XSERVER: the
 # program runs on an X server of its own, with a window manager. OFFSCREEN_AND_XSERVER: both, as <name> and <name>_x11.
+# A program for Windows runs on the desktop instead, as <name> and <name>_desktop.
 
 set(KYTE_TEST_ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=UTC;LC_ALL=C.UTF-8;KYTE_CONFIG_FILE=;QT_LOGGING_RULES=")
+# Where the programs find the files of the machine that they were built on: wine shows them as a drive.
+set(KYTE_HOST_ROOT "")
+if(WIN32 AND CMAKE_CROSSCOMPILING)
+    set(KYTE_HOST_ROOT "Z:")
+    set(CMAKE_CROSSCOMPILING_EMULATOR "${PROJECT_SOURCE_DIR}/tests/helpers/wine-program"
+        "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}:${KYTE_WINDOWS_QT}/bin")
+endif()
 set(KYTE_BROKEN_CONNECTION "QObject::connect: (No such|Cannot|signal not found|Incompatible)")
 if(KYTE_SANITIZE MATCHES "address")
     list(APPEND KYTE_TEST_ENVIRONMENT
@@ -42,11 +50,18 @@ function(kyte_test name)
     endif()
     if(ARG_XSERVER OR ARG_OFFSCREEN_AND_XSERVER)
         set(test ${name})
-        if(ARG_OFFSCREEN_AND_XSERVER)
+        if(ARG_OFFSCREEN_AND_XSERVER AND WIN32)
+            string(APPEND test _desktop)
+        elseif(ARG_OFFSCREEN_AND_XSERVER)
             string(APPEND test _x11)
         endif()
-        add_test(NAME ${test}
-            COMMAND "${PROJECT_SOURCE_DIR}/tests/helpers/with-xserver" $<TARGET_FILE:${name}>)
-        kyte_test_properties(${test} QT_QPA_PLATFORM=xcb)
+        if(WIN32)
+            add_test(NAME ${test} COMMAND ${name})
+            kyte_test_properties(${test} QT_QPA_PLATFORM=windows)
+        else()
+            add_test(NAME ${test}
+                COMMAND "${PROJECT_SOURCE_DIR}/tests/helpers/with-xserver" $<TARGET_FILE:${name}>)
+            kyte_test_properties(${test} QT_QPA_PLATFORM=xcb)
+        endif()
     endif()
 endfunction()

@@ -40,7 +40,7 @@ ScriptedProgram::~ScriptedProgram()
 
 QString ScriptedProgram::program()
 {
-    return QStringLiteral(KYTE_TEST_PROGRAM_DIR "/ky_scripted");
+    return QStringLiteral(KYTE_TEST_PROGRAM_DIR "/ky_scripted" KYTE_TEST_PROGRAM_SUFFIX);
 }
 
 QString ScriptedProgram::script() const

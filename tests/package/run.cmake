@@ -14,15 +14,16 @@ if(SANITIZE)
     set(flags "-fsanitize=${SANITIZE}")
 endif()
 run("${CMAKE_COMMAND}" -S "${CONSUMER_SOURCE}" -B "${CONSUMER_BUILD}" -G "${GENERATOR}"
-    "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_PREFIX_PATH=${PREFIX}" "-DCMAKE_CXX_FLAGS=${flags}")
+    "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_PREFIX_PATH=${PREFIX}" "-DKyEditorCommon_ROOT=${PREFIX}"
+    "-DCMAKE_CXX_FLAGS=${flags}" ${CROSS})
 run("${CMAKE_COMMAND}" --build "${CONSUMER_BUILD}")
-run("${CONSUMER_BUILD}/consumer")
+run(${EMULATOR} "${CONSUMER_BUILD}/consumer${SUFFIX}")
 
 run("${CMAKE_COMMAND}" -S "${PRODUCT_SOURCE}" -B "${CONSUMER_BUILD}-product" -G "${GENERATOR}"
     "-DCMAKE_CXX_COMPILER=${CXX}" "-DKYTE_SOURCE_DIR=${KYTE_SOURCE_DIR}"
-    "-DPACKAGE_DIR=${PREFIX}/${LIBDIR}/cmake/KyEditorCommon")
+    "-DPACKAGE_DIR=${PREFIX}/${LIBDIR}/cmake/KyEditorCommon" ${CROSS})
 
-if(NOT PKG_CONFIG)
+if(NOT PKG_CONFIG OR CROSS)
     return()
 endif()
 set(ENV{PKG_CONFIG_PATH} "${PREFIX}/${LIBDIR}/pkgconfig")

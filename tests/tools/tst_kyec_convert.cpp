@@ -65,7 +65,7 @@ void tst_kyec_convert::initTestCase()
 {
     m_kyec = m_programs.filePath("kyec");
     m_converter = m_programs.filePath("KyPptCnv.exe");
-    QVERIFY(QFile::copy(QStringLiteral(KYTE_TEST_PROGRAM_DIR "/kyec"), m_kyec));
+    QVERIFY(QFile::copy(QStringLiteral(KYTE_TEST_PROGRAM_DIR "/kyec" KYTE_TEST_PROGRAM_SUFFIX), m_kyec));
 }
 
 void tst_kyec_convert::init()

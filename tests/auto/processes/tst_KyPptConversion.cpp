@@ -798,7 +798,7 @@ static std::unique_ptr<QProcess> startNamed(const QTemporaryDir &folder, const Q
 {
     const QString program = folder.filePath(name);
     std::unique_ptr<QProcess> process = std::make_unique<QProcess>();
-    if (QFile::copy(QStringLiteral(KYTE_TEST_PROGRAM_DIR "/ky_sleeper"), program)) {
+    if (QFile::copy(QStringLiteral(KYTE_TEST_PROGRAM_DIR "/ky_sleeper" KYTE_TEST_PROGRAM_SUFFIX), program)) {
         process->start(program, QStringList());
         process->waitForReadyRead();
     }

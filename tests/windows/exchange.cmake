@@ -1,0 +1,17 @@
+# Each system writes a folder, and each reads both.
+function(run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result)
+    if(NOT result EQUAL 0)
+        list(JOIN ARGN " " command)
+        message(FATAL_ERROR "failed (${result}): ${command}")
+    endif()
+endfunction()
+
+file(REMOVE_RECURSE "${FOLDER}")
+file(MAKE_DIRECTORY "${FOLDER}")
+run("${NATIVE}" write "${FOLDER}/native")
+run(${FOREIGN} write "${FOREIGN_ROOT}${FOLDER}/foreign")
+foreach(writer IN ITEMS native foreign)
+    run("${NATIVE}" read "${FOLDER}/${writer}")
+    run(${FOREIGN} read "${FOREIGN_ROOT}${FOLDER}/${writer}")
+endforeach()

@@ -1,0 +1,98 @@
+#include <KyTestMain.h>
+
+#include <KyEditorCommon.h>
+#include <KyProcessInfo.h>
+
+#include <windows.h>
+
+using namespace Kyte;
+
+/** A shown top-level window of some process. */
+struct Window
+{
+    HWND handle = nullptr;
+    QString title;
+    qint64 process = 0;
+};
+
+static BOOL CALLBACK addWindow(HWND handle, LPARAM list)
+{
+    if (!IsWindowVisible(handle))
+        return TRUE;
+    wchar_t title[1024] = {};
+    DWORD process = 0;
+    GetWindowTextW(handle, title, 1024);
+    GetWindowThreadProcessId(handle, &process);
+    reinterpret_cast<QList<Window> *>(list)->append({handle, QString::fromWCharArray(title), qint64(process)});
+    return TRUE;
+}
+
+static QList<Window> windowsOf(const QString &program)
+{
+    QList<qint64> ids;
+    for (const KyProcessInfo &process : KyProcessInfo::getProcessesByName(program, nullptr, true))
+        ids.append(process.processId());
+    QList<Window> all;
+    EnumWindows(addWindow, reinterpret_cast<LPARAM>(&all));
+    QList<Window> windows;
+    for (const Window &window : qAsConst(all)) {
+        if (ids.contains(window.process))
+            windows.append(window);
+    }
+    return windows;
+}
+
+/** The file manager's windows whose title names the folder \a name. */
+static QList<Window> folderWindows(const QString &name)
+{
+    QList<Window> windows;
+    for (const Window &window : windowsOf(QStringLiteral("explorer.exe"))) {
+        if (window.title.contains(name))
+            windows.append(window);
+    }
+    return windows;
+}
+
+/** What is asked of the desktop shows there. */
+class tst_windowsDesktop : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void openFolderWithShell_opensAWindowOnTheFolder_data();
+    void openFolderWithShell_opensAWindowOnTheFolder();
+};
+
+void tst_windowsDesktop::openFolderWithShell_opensAWindowOnTheFolder_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("opened");
+    QTest::addColumn<bool>("hasParent");
+    QTest::newRow("folder") << "kyte films" << "kyte films" << false;
+    QTest::newRow("folder, from a window") << "kyte films" << "kyte films" << true;
+    QTest::newRow("file") << "kyte films/a.mp4" << "kyte films" << false;
+    QTest::newRow("other alphabet") << QStringLiteral("kyte \u6620\u753b")
+                                    << QStringLiteral("kyte \u6620\u753b") << false;
+}
+
+void tst_windowsDesktop::openFolderWithShell_opensAWindowOnTheFolder()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, opened);
+    QFETCH(bool, hasParent);
+    const QTemporaryDir folder;
+    QVERIFY(QDir(folder.path()).mkdir(opened));
+    QWidget parent;
+    parent.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&parent));
+    QVERIFY(folderWindows(opened).isEmpty());
+
+    KyEditorCommon::openFolderWithShell(folder.filePath(path), hasParent ? &parent : nullptr);
+
+    QTRY_COMPARE_WITH_TIMEOUT(folderWindows(opened).size(), 1, 30000);
+    PostMessageW(folderWindows(opened).first().handle, WM_CLOSE, 0, 0);
+    QTRY_VERIFY_WITH_TIMEOUT(folderWindows(opened).isEmpty(), 30000);
+}
+
+KYTE_TEST_MAIN(tst_windowsDesktop)
+#include "tst_windowsDesktop.moc"
