@@ -60,10 +60,12 @@ bool killProcess(qint64 id, quint64 startTime)
 {
     // The handle keeps the id from being given to another process.
     const HANDLE process =
-        OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | PROCESS_TERMINATE, FALSE, DWORD(id));
+        OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | PROCESS_TERMINATE | SYNCHRONIZE, FALSE, DWORD(id));
     if (!process)
         return false;
-    const bool isKilled = creationTime(process) == startTime && TerminateProcess(process, 1);
+    // An ended process stays in the table while somebody, who has started it, holds a handle to it.
+    const bool runs = WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
+    const bool isKilled = runs && creationTime(process) == startTime && TerminateProcess(process, 1);
     CloseHandle(process);
     return isKilled;
 }

@@ -11,7 +11,9 @@ namespace StartedProgram {
 
 quint64 mainWindow(const QProcess &process)
 {
-    return KyWindowControl::getWindowHandle(process.pid(), true);
+    PROCESS_INFORMATION program = {};
+    program.dwProcessId = static_cast<DWORD>(process.processId());
+    return KyWindowControl::getWindowHandle(&program, true);
 }
 
 void surviveBrokenPipes()

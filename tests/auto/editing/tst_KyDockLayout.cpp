@@ -289,7 +289,5 @@ void tst_KyDockLayout::pin_deletedDock_isForgotten()
     QTest::qWait(30); // nothing happens
 }
 
-Q_DECLARE_METATYPE(QList<TabView>)
-
 KYTE_TEST_MAIN(tst_KyDockLayout)
 #include "tst_KyDockLayout.moc"
