@@ -30,6 +30,10 @@ macro(kyte_test_properties test)
         FAIL_REGULAR_EXPRESSION "${KYTE_BROKEN_CONNECTION}"
         LABELS "${ARG_LABELS}"
         TIMEOUT ${ARG_TIMEOUT})
+    # The user's folders are the same for all programs there: they do not follow the environment.
+    if(WIN32 AND ${test} MATCHES "Config|Singletons|Dock|MessageBox|kyec|windowsFiles")
+        set_tests_properties(${test} PROPERTIES RESOURCE_LOCK user-folders)
+    endif()
 endmacro()
 
 # The precompiled header is compiled once, for kytetesthelpers, and used by every test.

@@ -30,7 +30,7 @@ public:
      * The main top-level window of a process: one that is shown (it may be minimised), that belongs to no
      * other window, as a dialog does, and that is no tool window, splash screen, panel or menu. Where a
      * process has several such windows, the first one that the system lists; on X11 with a window manager
-     * that is the oldest.
+     * that is the oldest. On Windows a dialog that belongs to no window is one of its own.
      *
      * On X11 this opens the display that the environment variable DISPLAY names, for the duration of the
      * call.

@@ -192,6 +192,11 @@ void SmallDisk::fill() const
     while (ballast.write("x") == 1) { }
 }
 
+QString rooted(const char *path)
+{
+    return QDir::temp().absoluteFilePath(QString::fromUtf8(path));
+}
+
 QStringList namesIn(const QString &path)
 {
     return QDir(path).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,

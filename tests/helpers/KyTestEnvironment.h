@@ -83,6 +83,9 @@ private:
     bool m_isMounted = false;
 };
 
+/** The absolute path that "/folder" stands for: on Windows it lies on the drive of the temporary folders. */
+QString rooted(const char *path);
+
 /** Everything in the folder \a path by name, hidden files included. */
 QStringList namesIn(const QString &path);
 /** Writes \a content to \a path, or ends the test program. */

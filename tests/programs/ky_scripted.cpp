@@ -20,6 +20,8 @@
  *     exit CODE        end; so does the end of the script, with 0
  */
 
+#include "ky_requests.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -27,14 +29,11 @@
 #include <QStringList>
 #include <QThread>
 
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
 static const int LIMIT = 60000; // milliseconds
 static const int INTERVAL = 2; // milliseconds
-
-static QByteArray endFile;
 
 static void writeFile(const QString &path, const QByteArray &content)
 {
@@ -53,20 +52,16 @@ static void waitFor(const QString &path)
         if (waited > LIMIT)
             std::exit(99);
         QThread::msleep(INTERVAL);
+        heedRequests();
     }
-}
-
-extern "C" void onEnd(int)
-{
-    if (std::FILE *file = std::fopen(endFile.constData(), "w"))
-        std::fclose(file);
-    std::_Exit(7);
 }
 
 static void writeForever()
 {
-    while (std::fputs("text\n", stdout) >= 0 && std::fflush(stdout) == 0)
+    while (std::fputs("text\n", stdout) >= 0 && std::fflush(stdout) == 0) {
         QThread::msleep(INTERVAL);
+        heedRequests();
+    }
 }
 
 static QByteArray commandLine()
@@ -104,17 +99,15 @@ static void run(const QString &command, const QString &text, const QString &path
     else if (command == QLatin1String("read"))
         readInput(path);
     else if (command == QLatin1String("ignore-end"))
-        std::signal(SIGTERM, SIG_IGN);
-    else if (command == QLatin1String("on-end")) {
-        endFile = QFile::encodeName(path);
-        std::signal(SIGTERM, onEnd);
-    } else if (command == QLatin1String("write-forever")) {
+        ignoreRequests();
+    else if (command == QLatin1String("on-end"))
+        makeFileOnRequest(QFile::encodeName(path).toStdString());
+    else if (command == QLatin1String("write-forever")) {
         writeForever();
         writeFile(path, QByteArray());
-    } else if (command == QLatin1String("crash")) {
-        std::signal(SIGABRT, SIG_DFL);
-        std::raise(SIGABRT);
-    } else if (command == QLatin1String("exit"))
+    } else if (command == QLatin1String("crash"))
+        crash();
+    else if (command == QLatin1String("exit"))
         std::exit(text.toInt());
     else {
         std::fprintf(stderr, "ky_scripted: %s?\n", qPrintable(command));
@@ -125,6 +118,7 @@ static void run(const QString &command, const QString &text, const QString &path
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
+    heedRequests();
     QStringList arguments = application.arguments().mid(1);
     if (arguments.value(0) == QLatin1String("-i"))
         arguments.removeFirst();

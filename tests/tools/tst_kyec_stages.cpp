@@ -49,8 +49,8 @@ static Run start(const QStringList &arguments)
     Run run;
     if (process.waitForFinished(120000) && process.exitStatus() == QProcess::NormalExit)
         run.code = process.exitCode();
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
+    run.out = QString::fromUtf8(process.readAllStandardOutput().replace("\r\n", "\n"));
+    run.err = QString::fromUtf8(process.readAllStandardError().replace("\r\n", "\n"));
     return run;
 }
 

@@ -286,9 +286,10 @@ void tst_KyDestinationSave::savedFile_keepsItsRights()
     const QFile::Permissions rights =
         QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser | QFile::ReadGroup;
     QVERIFY(QFile::setPermissions(standardFile(), rights));
+    const QFile::Permissions former = QFile::permissions(standardFile()); // some systems know fewer
     const std::unique_ptr<KyDestination> destination = create(true);
     QVERIFY(destination->saveData());
-    QCOMPARE(QFile::permissions(standardFile()), rights);
+    QCOMPARE(QFile::permissions(standardFile()), former);
 }
 
 void tst_KyDestinationSave::linkInPlaceOfTheFile_isReplaced()
@@ -612,6 +613,9 @@ void tst_KyDestinationSave::standardFileThatIsAFolder_isFailure1()
 
 void tst_KyDestinationSave::missingWorkingFile_isFailure2()
 {
+#ifdef Q_OS_WIN
+    QSKIP("Nobody can take an open file away here");
+#endif
     const std::unique_ptr<KyDestination> destination = createEdited();
     const QByteArray database = readFile(standardFile());
     const QString fingerprint = destination->reservedDatabaseFileHashSha1();

@@ -173,6 +173,8 @@ void tst_KyXmlFile::read_decodesTheWholeFile()
     if (!declared.isEmpty())
         text.prepend(QStringLiteral("<?xml version='1.0' encoding='%1'?>").arg(declared));
     const QTextCodec *codec = QTextCodec::codecForName(encoding);
+    if (!codec)
+        QSKIP("A Qt without ICU does not know this encoding");
     for (const QChar sign : {QChar(u'\u00E4'), QChar(u'\u3042'), QChar(u'\u8868')}) {
         if (codec->canEncode(sign))
             text += sign;

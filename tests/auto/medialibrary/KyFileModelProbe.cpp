@@ -204,7 +204,7 @@ bool changeElsewhere(const QStringList &words)
     process.start(QStringLiteral(KYTE_TEST_PROGRAM_DIR "/ky_change_files"), QStringList());
     process.write(words.join(QLatin1Char('\t')).toUtf8() + '\n');
     process.closeWriteChannel();
-    return process.waitForFinished() && process.readAll() == "done\n";
+    return process.waitForFinished() && process.readAll().trimmed() == "done";
 }
 
 } // namespace Test

@@ -121,7 +121,8 @@ QString tst_KyFileSystemItem::cacheRoot() const
 
 void tst_KyFileSystemItem::initTestCase()
 {
-    QVERIFY(Path::getApplicationCacheFolderPath().startsWith(QDir::tempPath()));
+    const QString folder = Path::getApplicationCacheFolderPath();
+    QVERIFY(folder.startsWith(QDir::tempPath()) || folder.contains(QStringLiteral("/qttest/")));
 }
 
 /** As after a restart without anything kept on disk. */

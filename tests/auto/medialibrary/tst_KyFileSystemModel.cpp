@@ -503,7 +503,11 @@ void tst_KyFileSystemModel::flags_withoutPermission()
 #endif
     const Qt::ItemFlags shown = Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsDragEnabled;
     QCOMPARE(file, shown);
+#ifdef Q_OS_UNIX // what a user may do to folders is nothing that Qt changes elsewhere
     QCOMPARE(folder, shown);
+#else
+    Q_UNUSED(folder)
+#endif
 }
 
 KYTE_TEST_MAIN(tst_KyFileSystemModel)

@@ -147,6 +147,10 @@ void tst_KyFileSystemModelDrop::drop()
     QVERIFY(m_model->dropMimeData(dragged({"from/a", "from/b c"}), Qt::DropAction(action), -1, -1,
                                   at(QStringLiteral("to"))));
     QCOMPARE(namesIn(path(QStringLiteral("to"))), QStringList({"a", "b c"}));
+#ifdef Q_OS_WIN
+    if (isLink)
+        QSKIP("What Qt makes here is a shortcut, which it reads only under a name that ends in .lnk");
+#endif
     QCOMPARE(readFile(path(QStringLiteral("to/a"))), QByteArray("content of a"));
     QCOMPARE(QFileInfo(path(QStringLiteral("to/a"))).isSymLink(), isLink);
     if (isLink)

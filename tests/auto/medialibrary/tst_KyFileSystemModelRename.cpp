@@ -166,9 +166,11 @@ void tst_KyFileSystemModelRename::rename_data()
                             << " a b "
                             << " a b .mp4";
     QTest::newRow("non-ASCII") << "clip.mp4" << QString::fromUtf8("größe") << QString::fromUtf8("größe.mp4");
+#ifndef Q_OS_WIN // where that is a name in use, and a colon stands in no name
     QTest::newRow("other letter case") << "clip.mp4"
                                        << "CLIP"
                                        << "CLIP.mp4";
+#endif
     QTest::newRow("place marker") << "%1.mp4"
                                   << "%2%1"
                                   << "%2%1.mp4";

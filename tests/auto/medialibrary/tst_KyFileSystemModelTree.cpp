@@ -237,6 +237,7 @@ void tst_KyFileSystemModelTree::setRootPath_again()
     const QString root = path(QStringLiteral("root"));
     m_model->setRootPath(root);
     m_recorder->take();
+    const QStringList before = namesBelow(*m_model); // on Windows both spellings are one folder
     makeEntries(root, {"new"});
     const QStringList paths = {root, root + QLatin1Char('/'), root + QStringLiteral("/../root"),
                                path(QStringLiteral("ROOT"))};
@@ -245,7 +246,7 @@ void tst_KyFileSystemModelTree::setRootPath_again()
     QCOMPARE(index, m_model->rootIndex());
     QCOMPARE(m_recorder->take(), QStringList());
     QCOMPARE(m_model->rootPath(), root);
-    QCOMPARE(namesBelow(*m_model), QStringList({"a"}));
+    QCOMPARE(namesBelow(*m_model), before);
 }
 
 void tst_KyFileSystemModelTree::setRootPath_ofAnotherFolder_replacesTheTree()

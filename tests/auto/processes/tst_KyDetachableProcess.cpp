@@ -125,8 +125,13 @@ void tst_KyDetachableProcess::commandLine_isUsedWithoutArguments()
 void tst_KyDetachableProcess::blanksInTheProgram_needNoQuotesWithArguments()
 {
     const ScriptedProgram program({"arguments arguments"}, "a folder/a script");
+#ifdef Q_OS_WIN // without links to programs, and quotes in names
+    const QString executable = program.path("a program.exe");
+    QVERIFY(QFile::copy(ScriptedProgram::program(), executable));
+#else
     const QString executable = program.path("a \"program\"");
     QVERIFY(QFile::link(ScriptedProgram::program(), executable));
+#endif
     KyDetachableProcess process(nullptr);
     process.setProgram(executable);
     process.setArguments({program.script(), "one two", QString()});
@@ -221,6 +226,9 @@ void tst_KyDetachableProcess::detachedProgram_outlivesTheObject()
 
 void tst_KyDetachableProcess::detach_whileStarting_waits()
 {
+#ifdef Q_OS_WIN
+    QSKIP("A program runs here before start() returns");
+#endif
     const ScriptedProgram program({"pid pid", "wait go", "touch done"});
     std::unique_ptr<KyDetachableProcess> process = makeProcess(program);
     QSignalSpy started(process.get(), SIGNAL(started()));

@@ -367,12 +367,14 @@ void tst_KyPptConversion::copy_ofAPresentationInTheFolder_isSkipped_data()
                                    << ".";
     QTest::newRow("by a detour") << "talk.pptx"
                                  << "folder/..";
+#ifndef Q_OS_WIN // where Qt makes no links
     QTest::newRow("folder by a link") << "talk.pptx"
                                       << "folder/link";
     QTest::newRow("presentation by a link") << "folder/link/talk.pptx"
                                             << ".";
     QTest::newRow("link beside a link") << "folder/talk.pptx"
                                         << ".";
+#endif
 }
 
 void tst_KyPptConversion::copy_ofAPresentationInTheFolder_isSkipped()
@@ -493,11 +495,13 @@ void tst_KyPptConversion::anyFileName_reachesTheConverter_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("blanks") << " a  talk .pptx";
+#ifndef Q_OS_WIN // which allows no such names
     QTest::newRow("quotes") << "\"a\" \"\"talk\"";
     QTest::newRow("another argument") << "a\" -o other \"b.pptx";
+    QTest::newRow("back-slash") << "a\\b\\";
+#endif
     QTest::newRow("percent signs") << "%1 %2 100%.pptx";
     QTest::newRow("dash") << "-t";
-    QTest::newRow("back-slash") << "a\\b\\";
     QTest::newRow("other letters") << QStringLiteral("größe \u6620\u753b \U0001F600.pptx");
 }
 

@@ -123,8 +123,10 @@ void tst_KyDecodedImage::image_ofAChangedFile_isReadAgain_data()
     QTest::addColumn<bool>("keepsItsTime");
     QTest::newRow("rewritten") << QSize(4, 3) << false << false;
     QTest::newRow("replaced") << QSize(4, 3) << true << false;
+#ifndef Q_OS_WIN // which tells no time of a change that cannot be set back
     QTest::newRow("rewritten, with the former time") << QSize(4, 3) << false << true;
     QTest::newRow("replaced, with the former time") << QSize(4, 3) << true << true;
+#endif
     QTest::newRow("larger, with the former time") << QSize(40, 30) << false << true;
 }
 

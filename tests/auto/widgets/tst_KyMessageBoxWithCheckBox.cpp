@@ -658,7 +658,7 @@ void tst_KyMessageBoxWithCheckBox::file_isAsDocumented()
     box.setSettings(m_settings.data());
     box.setText(QStringLiteral("a, b"));
     box.setCheckedToSettings(true);
-    const QString file = lines();
+    const QString file = lines().remove(QLatin1Char('\r'));
     QVERIFY(file.contains(QStringLiteral("[dialog]\n")));
     QVERIFY(file.contains(QStringLiteral("checked\\size=1\n")));
     QVERIFY(file.contains(QStringLiteral("checked\\1\\name=@ByteArray(a%2C%20b)\n")));

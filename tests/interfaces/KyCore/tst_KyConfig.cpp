@@ -165,7 +165,7 @@ void tst_KyConfig::readFile_takesEverythingOver()
     QVERIFY(!config.hasError());
     QCOMPARE(config.filePath(), path());
     QCOMPARE(config.dataDir(), path(QStringLiteral("data")));
-    QCOMPARE(config.logDir(), QStringLiteral("/var/log/kyte"));
+    QCOMPARE(config.logDir(), Test::rooted("/var/log/kyte"));
     QCOMPARE(describe(config), QStringList({"3|Lobby|10.0.0.3|media|kyte|a&b", "1|Hall|hall|s|u|p"}));
 }
 
@@ -191,10 +191,10 @@ void tst_KyConfig::missingElement_leavesItsValueAlone_data()
     };
     QTest::newRow("all missing") << file("") << "/old/data"
                                  << "/old/log" << 1;
-    QTest::newRow("data only") << file("<dataDir>/d</dataDir>") << "/d"
+    QTest::newRow("data only") << file("<dataDir>/d</dataDir>") << Test::rooted("/d")
                                << "/old/log" << 1;
     QTest::newRow("log only") << file("<logDir>/l</logDir>") << "/old/data"
-                              << "/l" << 1;
+                              << Test::rooted("/l") << 1;
     QTest::newRow("no destinations listed") << file("<destinations/>") << "/old/data"
                                             << "/old/log" << 0;
     QTest::newRow("elsewhere") << file("<a><dataDir>/d</dataDir><destinations/></a>") << "/old/data"
@@ -225,7 +225,7 @@ void tst_KyConfig::folder_isAbsolute_data()
     QTest::newRow("below") << QByteArray("a/b") << "%1/a/b";
     QTest::newRow("this folder") << QByteArray(".") << "%1";
     QTest::newRow("dots inside") << QByteArray("a/../b/./c/") << "%1/b/c";
-    QTest::newRow("absolute") << QByteArray("/srv/data") << "/srv/data";
+    QTest::newRow("absolute") << QByteArray("/srv/data") << Test::rooted("/srv/data");
     QTest::newRow("blanks around") << QByteArray("\n  data \t\n") << "%1/data";
     QTest::newRow("blanks inside") << QByteArray("my data") << "%1/my data";
     QTest::newRow("escaped") << QByteArray("a&amp;&#x62;") << "%1/a&b";
@@ -305,7 +305,7 @@ void tst_KyConfig::unknownElements_arePassedOver()
                  "<Pelmora version='2'><a><b><dataDir>no</dataDir></b></a><dataDir>/yes</dataDir>"
                  "<x:y z:w='1'><x:y/></x:y><logDir lang='en'>/log</logDir></Pelmora>"));
 
-    QCOMPARE(config.dataDir(), QStringLiteral("/yes"));
+    QCOMPARE(config.dataDir(), Test::rooted("/yes"));
     QCOMPARE(config.logDir(), QStringLiteral("/log"));
 }
 
@@ -473,7 +473,7 @@ void tst_KyConfig::harmlessFile_isAccepted()
 
     QVERIFY(read(&config, content));
 
-    QCOMPARE(config.dataDir(), QStringLiteral("/new"));
+    QCOMPARE(config.dataDir(), Test::rooted("/new"));
 }
 
 void tst_KyConfig::whatIsNoFile_isRefused()
@@ -735,7 +735,7 @@ void tst_KyConfig::createDefaultEnvironment_leavesAnExistingFileAlone()
     QVERIFY(config.createDefaultEnvironment(KyConfig::Editor));
 
     QCOMPARE(Test::readFile(path()), content);
-    QCOMPARE(config.dataDir(), QStringLiteral("/mine"));
+    QCOMPARE(config.dataDir(), Test::rooted("/mine"));
     QCOMPARE(config.logDir(), path(QStringLiteral("log"))); // not given: the default
     QCOMPARE(describe(config), QStringList({"4|||||"}));
 }
@@ -752,7 +752,7 @@ void tst_KyConfig::createDefaultEnvironment_refusesABadExistingFile()
 
     QVERIFY(config.hasError());
     QCOMPARE(Test::readFile(path()), content);
-    QCOMPARE(config.logDir(), QStringLiteral("/var/log/kyte"));
+    QCOMPARE(config.logDir(), Test::rooted("/var/log/kyte"));
     QCOMPARE(config.destinationList().size(), 2);
 }
 
