@@ -57,7 +57,8 @@ struct CrashText
     const char *text;
 };
 
-// The converter's error codes negated. Only Windows takes an exit code below zero for a crash.
+// The converter's error codes negated. Only on Windows, and with some versions of Qt, is an exit
+// code below zero a crash; the converter has told the reason before by a message.
 static const CrashText CRASHES[] = {
     {-201,
      QT_TRANSLATE_NOOP("Kyte::KyPptConversion",

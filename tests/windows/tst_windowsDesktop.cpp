@@ -5,6 +5,8 @@
 
 #include <windows.h>
 
+#include <shellapi.h>
+
 using namespace Kyte;
 
 /** A shown top-level window of some process. */
@@ -53,15 +55,36 @@ static QList<Window> folderWindows(const QString &name)
     return windows;
 }
 
+/** Whether the explorer shows a folder that is named with the prefix for long paths; wine's does not. */
+static bool opensLongPaths()
+{
+    return !GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version");
+}
+
 /** What is asked of the desktop shows there. */
 class tst_windowsDesktop : public QObject
 {
     Q_OBJECT
 
 private slots:
+    void shell_opensAWindowOnAFolder();
     void openFolderWithShell_opensAWindowOnTheFolder_data();
     void openFolderWithShell_opensAWindowOnTheFolder();
 };
+
+/** Otherwise the other tests would look for windows that cannot be found. */
+void tst_windowsDesktop::shell_opensAWindowOnAFolder()
+{
+    const QTemporaryDir folder;
+    const QString name = QStringLiteral("kyte plain");
+    QVERIFY(QDir(folder.path()).mkdir(name));
+    const QString path = QDir::toNativeSeparators(folder.filePath(name));
+    ShellExecuteW(nullptr, L"explore", reinterpret_cast<const wchar_t *>(path.utf16()), nullptr, nullptr,
+                  SW_SHOWNORMAL);
+    QTRY_COMPARE_WITH_TIMEOUT(folderWindows(name).size(), 1, 30000);
+    PostMessageW(folderWindows(name).first().handle, WM_CLOSE, 0, 0);
+    QTRY_VERIFY_WITH_TIMEOUT(folderWindows(name).isEmpty(), 30000);
+}
 
 void tst_windowsDesktop::openFolderWithShell_opensAWindowOnTheFolder_data()
 {
@@ -80,6 +103,8 @@ void tst_windowsDesktop::openFolderWithShell_opensAWindowOnTheFolder()
     QFETCH(QString, path);
     QFETCH(QString, opened);
     QFETCH(bool, hasParent);
+    if (!opensLongPaths())
+        QSKIP("wine's explorer shows no folder that is named with the prefix for long paths");
     const QTemporaryDir folder;
     QVERIFY(QDir(folder.path()).mkdir(opened));
     QWidget parent;

@@ -31,7 +31,7 @@
 using namespace Kyte;
 
 static const double NO_NUMBER = std::numeric_limits<double>::quiet_NaN();
-static const double INFINITE = std::numeric_limits<double>::infinity();
+static const double ENDLESS = std::numeric_limits<double>::infinity();
 static const int INT_LIMIT = std::numeric_limits<int>::max();
 static const int CANNOT_LIMIT = 77; // what ky_watch_limit ends with where it is not allowed to do its work
 
@@ -242,12 +242,12 @@ void tst_KyEditorCommon::getDurationString_data()
                                     << QStringLiteral("--:--:--");
     QTest::newRow("no number") << NO_NUMBER << false << QStringLiteral("--:--:--");
     QTest::newRow("no number, plus") << -NO_NUMBER << true << QStringLiteral("--:--:--");
-    QTest::newRow("minus infinity") << -INFINITE << false << QStringLiteral("--:--:--");
+    QTest::newRow("minus infinity") << -ENDLESS << false << QStringLiteral("--:--:--");
     QTest::newRow("largest int") << double(INT_LIMIT) << false << QStringLiteral("596523:14:07.0");
     QTest::newRow("largest int and a half") << INT_LIMIT + 0.5 << false << QStringLiteral("596523:14:07.5");
     QTest::newRow("beyond an int") << INT_LIMIT + 1.0 << false << QStringLiteral("596523:14:07.9");
     QTest::newRow("far beyond an int, plus") << 1e300 << true << QStringLiteral("596523:14:07.9+");
-    QTest::newRow("infinity") << INFINITE << false << QStringLiteral("596523:14:07.9");
+    QTest::newRow("infinity") << ENDLESS << false << QStringLiteral("596523:14:07.9");
 }
 
 void tst_KyEditorCommon::getDurationString()
