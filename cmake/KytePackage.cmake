@@ -45,16 +45,9 @@ if(WIN32 AND KYTE_WINDOWS_QT)
         get_filename_component(folder ${plugin} DIRECTORY)
         install(FILES "${KYTE_WINDOWS_QT}/plugins/${plugin}.dll" DESTINATION "${CMAKE_INSTALL_BINDIR}/${folder}")
     endforeach()
-    install(CODE "
-        file(GLOB programs \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/*.exe\"
-                           \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/*.dll\")
-        file(GLOB plugins \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/*/*.dll\")
-        set(CMAKE_OBJDUMP \"${CMAKE_OBJDUMP}\")
-        set(CMAKE_GET_RUNTIME_DEPENDENCIES_PLATFORM windows+pe)
-        file(GET_RUNTIME_DEPENDENCIES RESOLVED_DEPENDENCIES_VAR libraries
-             EXECUTABLES \${programs} MODULES \${plugins} DIRECTORIES \"${KYTE_WINDOWS_QT}/bin\"
-             PRE_INCLUDE_REGEXES \"^[Qq]t5\" \"^libgcc_\" \"^libstdc\" \"^libwinpthread\" PRE_EXCLUDE_REGEXES \".\")
-        file(INSTALL \${libraries} DESTINATION \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}\")")
+    foreach(library IN ITEMS Qt5Core Qt5Gui Qt5Sql Qt5Svg Qt5Widgets libgcc_s_seh-1 libstdc++-6 libwinpthread-1)
+        install(FILES "${KYTE_WINDOWS_QT}/bin/${library}.dll" DESTINATION "${CMAKE_INSTALL_BINDIR}")
+    endforeach()
 endif()
 
 if(PROJECT_IS_TOP_LEVEL)

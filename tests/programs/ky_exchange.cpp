@@ -144,8 +144,9 @@ QStringList Exchange::contents()
     lines.append(joined(*destination.groupNames()));
 
     const QString own = KyEditorUserConfig::settings()->fileName();
+    QDir().mkpath(QFileInfo(own).path());
     QFile::remove(own);
-    QFile::copy(settingsFile(), own);
+    require(QFile::copy(settingsFile(), own), "taking the settings over");
     KyEditorUserConfig::sync();
     lines.append(KyEditorUserConfig::value(QStringLiteral("dock/name")).toString());
     lines.append(KyEditorUserConfig::value(QStringLiteral("dock/folder")).toString());
