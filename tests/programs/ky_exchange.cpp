@@ -54,12 +54,12 @@ private slots:
     void onItemsHasRead(QList<KyUploadItemInfo> records)
     {
         for (const KyUploadItemInfo &record : qAsConst(records))
-            m_destinations.append(QStringList({QString::number(record.id()), record.name(), record.address(),
-                                               record.sharedFolder(), record.userName(),
-                                               KyDestination::decryptString(record.password()),
-                                               QString::number(record.channelId()),
-                                               QString::number(record.groupId())})
-                                      .join(QLatin1Char('|')));
+            m_destinations.append(
+                QStringList({QString::number(record.id()), record.name(), record.address(),
+                             record.sharedFolder(), record.userName(),
+                             KyDestination::decryptString(record.password()),
+                             QString::number(record.channelId()), QString::number(record.groupId())})
+                    .join(QLatin1Char('|')));
     }
 
 private:
@@ -93,10 +93,9 @@ void Exchange::write() const
                                    "</destinations></Pelmora>")
                         .arg(name)
                         .toUtf8());
-    Test::writeFile(m_folder.filePath(QStringLiteral("data/channel/channel3.xml")),
-                    QStringLiteral("<Pelmora><channel id=\"3\" name=\"%1\" index=\"0\"/></Pelmora>")
-                        .arg(name)
-                        .toUtf8());
+    Test::writeFile(
+        m_folder.filePath(QStringLiteral("data/channel/channel3.xml")),
+        QStringLiteral("<Pelmora><channel id=\"3\" name=\"%1\" index=\"0\"/></Pelmora>").arg(name).toUtf8());
 
     KyDestination destination;
     destination.setSettingMode(true);
@@ -152,8 +151,8 @@ QStringList Exchange::contents()
     lines.append(KyEditorUserConfig::value(QStringLiteral("dock/folder")).toString());
     const QSize size = KyEditorUserConfig::value(QStringLiteral("dock/size")).toSize();
     lines.append(QStringLiteral("%1x%2").arg(size.width()).arg(size.height()));
-    lines.append(QString::fromLatin1(
-        KyEditorUserConfig::value(QStringLiteral("dock/state")).toByteArray().toHex()));
+    lines.append(
+        QString::fromLatin1(KyEditorUserConfig::value(QStringLiteral("dock/state")).toByteArray().toHex()));
 
     const KyThumbnail thumbnail(m_folder.filePath(QStringLiteral("film.mp4")), nullptr, true);
     const QImage image = thumbnail.pixmap().toImage();

@@ -2,8 +2,8 @@
 
 #include <string>
 
-// What others ask of a program: to end. On Unix that is a signal; on Windows QProcess::terminate() sends a message, which
-// has to be fetched.
+// What others ask of a program: to end. On Unix that is a signal; on Windows QProcess::terminate() sends a
+// message, which has to be fetched.
 
 static const int EXIT_CODE_ON_REQUEST = 7;
 

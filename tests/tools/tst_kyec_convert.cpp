@@ -168,7 +168,9 @@ void tst_kyec_convert::formerFiles_areNotListed()
 void tst_kyec_convert::anyFileName_isConverted_data()
 {
     QTest::addColumn<QString>("name");
+#ifndef Q_OS_WIN // which allows no such name
     QTest::newRow("blanks and quotes") << " a \"talk\" .pptx";
+#endif
     QTest::newRow("percent signs") << "100%1.pptx";
     QTest::newRow("other letters") << QStringLiteral("\u6620\u753b.pptx");
 }

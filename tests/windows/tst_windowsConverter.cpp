@@ -18,8 +18,8 @@ static void recordDebug(QtMsgType type, const QMessageLogContext &context, const
 }
 
 /**
- * The converter's exit codes below zero, which only Windows hands on as they are. This Qt takes them for no crash, so that
- * the driver reports what the converter said before.
+ * The converter's exit codes below zero, which only Windows hands on as they are. This Qt takes them for no
+ * crash, so that the driver reports what the converter said before.
  */
 class tst_windowsConverter : public QObject
 {
@@ -75,7 +75,8 @@ void tst_windowsConverter::exitCode_arrivesWhole()
     conversion.start();
 
     const QString line = QStringLiteral("exitCode: -%1  status: QProcess::NormalExit").arg(code);
-    QTRY_VERIFY2_WITH_TIMEOUT(debugLines.contains(line), qPrintable(debugLines.join(QLatin1Char('|'))), 30000);
+    QTRY_VERIFY2_WITH_TIMEOUT(debugLines.contains(line), qPrintable(debugLines.join(QLatin1Char('|'))),
+                              30000);
     QCOMPARE(recorder.texts, QStringList(QStringLiteral("error abort ") + reason));
 }
 

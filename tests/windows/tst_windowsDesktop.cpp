@@ -25,7 +25,8 @@ static BOOL CALLBACK addWindow(HWND handle, LPARAM list)
     DWORD process = 0;
     GetWindowTextW(handle, title, 1024);
     GetWindowThreadProcessId(handle, &process);
-    reinterpret_cast<QList<Window> *>(list)->append({handle, QString::fromWCharArray(title), qint64(process)});
+    reinterpret_cast<QList<Window> *>(list)->append(
+        {handle, QString::fromWCharArray(title), qint64(process)});
     return TRUE;
 }
 
@@ -91,9 +92,12 @@ void tst_windowsDesktop::openFolderWithShell_opensAWindowOnTheFolder_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("opened");
     QTest::addColumn<bool>("hasParent");
-    QTest::newRow("folder") << "kyte films" << "kyte films" << false;
-    QTest::newRow("folder, from a window") << "kyte films" << "kyte films" << true;
-    QTest::newRow("file") << "kyte films/a.mp4" << "kyte films" << false;
+    QTest::newRow("folder") << "kyte films"
+                            << "kyte films" << false;
+    QTest::newRow("folder, from a window") << "kyte films"
+                                           << "kyte films" << true;
+    QTest::newRow("file") << "kyte films/a.mp4"
+                          << "kyte films" << false;
     QTest::newRow("other alphabet") << QStringLiteral("kyte \u6620\u753b")
                                     << QStringLiteral("kyte \u6620\u753b") << false;
 }

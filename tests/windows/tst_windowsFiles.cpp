@@ -92,14 +92,30 @@ void tst_windowsFiles::relativePath_data()
     QTest::addColumn<QString>("dataDir");
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("folder natively") << "C:\\data" << "C:/data/films/a.mp4" << "films/a.mp4";
-    QTest::newRow("folder natively, separator") << "C:\\data\\" << "C:/data/films/a.mp4" << "films/a.mp4";
-    QTest::newRow("rest natively") << "C:\\data" << "C:/data\\films\\a.mp4" << "films/a.mp4";
-    QTest::newRow("both natively") << "C:\\data" << "C:\\data\\a.mp4" << "C:\\data\\a.mp4";
-    QTest::newRow("path natively") << "C:/data" << "C:\\data\\a.mp4" << "C:\\data\\a.mp4";
-    QTest::newRow("other case") << "c:\\DATA" << "C:/data/a.mp4" << "a.mp4";
-    QTest::newRow("other drive") << "C:\\data" << "D:/data/a.mp4" << "D:/data/a.mp4";
-    QTest::newRow("share") << "\\\\server\\data" << "//server/data/a.mp4" << "a.mp4";
+    QTest::newRow("folder natively") << "C:\\data"
+                                     << "C:/data/films/a.mp4"
+                                     << "films/a.mp4";
+    QTest::newRow("folder natively, separator") << "C:\\data\\"
+                                                << "C:/data/films/a.mp4"
+                                                << "films/a.mp4";
+    QTest::newRow("rest natively") << "C:\\data"
+                                   << "C:/data\\films\\a.mp4"
+                                   << "films/a.mp4";
+    QTest::newRow("both natively") << "C:\\data"
+                                   << "C:\\data\\a.mp4"
+                                   << "C:\\data\\a.mp4";
+    QTest::newRow("path natively") << "C:/data"
+                                   << "C:\\data\\a.mp4"
+                                   << "C:\\data\\a.mp4";
+    QTest::newRow("other case") << "c:\\DATA"
+                                << "C:/data/a.mp4"
+                                << "a.mp4";
+    QTest::newRow("other drive") << "C:\\data"
+                                 << "D:/data/a.mp4"
+                                 << "D:/data/a.mp4";
+    QTest::newRow("share") << "\\\\server\\data"
+                           << "//server/data/a.mp4"
+                           << "a.mp4";
 }
 
 void tst_windowsFiles::relativePath()

@@ -352,7 +352,8 @@ void tst_KyEditorConfig::absolutePath_data()
                                               << "/data/a/b.png";
     QTest::newRow("missing file above") << "../a.png"
                                         << "/data/../a.png";
-    QTest::newRow("missing absolute file") << Test::rooted("/missing/a.png") << Test::rooted("/missing/a.png");
+    QTest::newRow("missing absolute file")
+        << Test::rooted("/missing/a.png") << Test::rooted("/missing/a.png");
     QTest::newRow("empty path") << ""
                                 << "/data";
     QTest::newRow("other script") << QStringLiteral("\u753B\u50CF.png")

@@ -181,7 +181,8 @@ void tst_KyIconReader::read_ofARelativePath_tellsTheAbsoluteOne()
     const QString path = folder.addFile("a.png");
     folder.addThumbnail("a.png", Qt::red);
     KyIconReader reader(QDir::current().relativeFilePath(path));
-    QVERIFY(QDir::isRelativePath(reader.path()));
+    if (!QDir::isRelativePath(reader.path()))
+        QSKIP("No relative path leads to another drive");
     QSignalSpy completed(&reader, SIGNAL(readingCompleted(QString, QIcon *)));
     QSignalSpy failed(&reader, SIGNAL(readingFailed(QString)));
 

@@ -191,10 +191,8 @@ void tst_KyConfig::missingElement_leavesItsValueAlone_data()
     };
     QTest::newRow("all missing") << file("") << "/old/data"
                                  << "/old/log" << 1;
-    QTest::newRow("data only") << file("<dataDir>/d</dataDir>") << Test::rooted("/d")
-                               << "/old/log" << 1;
-    QTest::newRow("log only") << file("<logDir>/l</logDir>") << "/old/data"
-                              << Test::rooted("/l") << 1;
+    QTest::newRow("data only") << file("<dataDir>/d</dataDir>") << Test::rooted("/d") << "/old/log" << 1;
+    QTest::newRow("log only") << file("<logDir>/l</logDir>") << "/old/data" << Test::rooted("/l") << 1;
     QTest::newRow("no destinations listed") << file("<destinations/>") << "/old/data"
                                             << "/old/log" << 0;
     QTest::newRow("elsewhere") << file("<a><dataDir>/d</dataDir><destinations/></a>") << "/old/data"
@@ -306,7 +304,7 @@ void tst_KyConfig::unknownElements_arePassedOver()
                  "<x:y z:w='1'><x:y/></x:y><logDir lang='en'>/log</logDir></Pelmora>"));
 
     QCOMPARE(config.dataDir(), Test::rooted("/yes"));
-    QCOMPARE(config.logDir(), QStringLiteral("/log"));
+    QCOMPARE(config.logDir(), Test::rooted("/log"));
 }
 
 void tst_KyConfig::missingAttributes_areEmptyAndNotNull()
