@@ -46,6 +46,8 @@ int KyCnvConversion::convert()
     say(KyCnvCode::LoadingOffice, QStringLiteral("Loading"));
     if (!m_office.isInstalled())
         return fail(KyCnvCode::NoOffice, QStringLiteral("There is no office suite"));
+    if (!canReadPdf())
+        return fail(KyCnvCode::NoPresentation, QStringLiteral("pdfinfo and pdftoppm are missing"));
     if (!QDir().mkpath(m_arguments.outputFolder))
         return fail(KyCnvCode::CannotOpen, QStringLiteral("The output folder cannot be made"));
     const KyCnvOffice::Slides slides = KyCnvOffice::slidesIn(m_arguments.inputPath);

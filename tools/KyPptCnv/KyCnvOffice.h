@@ -29,7 +29,7 @@ public:
     QString folder() const;
 
 private:
-    QString convert(const QString &inputPath, const QString &suffix);
+    QString convert(const QString &inputPath, const QString &suffix, const QString &filter);
 
     QTemporaryDir m_folder;
 };
