@@ -85,15 +85,15 @@ KyCnvOffice::Slides KyCnvOffice::slidesIn(const QString &path)
     return Slides::Some; // or no presentation, or one with a password
 }
 
-QString KyCnvOffice::toPdf(const QString &inputPath)
+QString KyCnvOffice::toPdf(const QString &inputPath, const std::function<void()> &started)
 {
     // The filter is named because it refuses what is no presentation: texts and tables can be a PDF, too.
-    return convert(inputPath, QStringLiteral("pdf"), QStringLiteral("pdf:impress_pdf_Export"));
+    return convert(inputPath, QStringLiteral("pdf"), QStringLiteral("pdf:impress_pdf_Export"), started);
 }
 
 QVector<int> KyCnvOffice::timings(const QString &inputPath)
 {
-    QFile file(convert(inputPath, QStringLiteral("fodp"), QStringLiteral("fodp")));
+    QFile file(convert(inputPath, QStringLiteral("fodp"), QStringLiteral("fodp"), [] {}));
     return file.open(QIODevice::ReadOnly) ? slideTimings(&file) : QVector<int>();
 }
 
@@ -102,7 +102,10 @@ QString KyCnvOffice::folder() const
     return m_folder.path();
 }
 
-QString KyCnvOffice::convert(const QString &inputPath, const QString &suffix, const QString &filter)
+QString KyCnvOffice::convert(const QString &inputPath,
+                             const QString &suffix,
+                             const QString &filter,
+                             const std::function<void()> &started)
 {
     // Under a plain name, whatever the file is called: the suite reads names in the locale's encoding.
     const QFileInfo input(inputPath);
@@ -116,12 +119,15 @@ QString KyCnvOffice::convert(const QString &inputPath, const QString &suffix, co
     office.setProcessChannelMode(QProcess::MergedChannels);
     office.setStandardOutputFile(QProcess::nullDevice());
     office.setStandardInputFile(QProcess::nullDevice());
-    office.start(officeProgram(),
-                 {QStringLiteral("-env:UserInstallation=")
-                      + QUrl::fromLocalFile(m_folder.filePath(QStringLiteral("profile"))).toString(),
-                  QStringLiteral("--headless"), QStringLiteral("--norestore"), QStringLiteral("--nologo"),
-                  QStringLiteral("--nolockcheck"), QStringLiteral("--convert-to"), filter,
-                  QStringLiteral("--outdir"), QFileInfo(result).path(), source});
+    office.start(
+        officeProgram(),
+        {QStringLiteral("-env:UserInstallation=")
+             + QUrl::fromLocalFile(m_folder.filePath(QStringLiteral("profile"))).toString(QUrl::FullyEncoded),
+         QStringLiteral("--headless"), QStringLiteral("--norestore"), QStringLiteral("--nologo"),
+         QStringLiteral("--nolockcheck"), QStringLiteral("--convert-to"), filter, QStringLiteral("--outdir"),
+         QFileInfo(result).path(), source});
+    if (office.waitForStarted())
+        started();
     // It ends with success also when it could not load the file: what counts is whether there is a result.
     return office.waitForSuccess() && QFileInfo(result).size() > 0 ? result : QString();
 }

@@ -77,6 +77,7 @@ bool makeVideo(const KyCnvVideo &video, const QString &path, const std::function
     const int rate = WORST_RATE - (WORST_RATE - BEST_RATE) * video.quality / 100;
     encoder.start(QStringLiteral("ffmpeg"),
                   {QStringLiteral("-y"),
+                   QStringLiteral("-xerror"), // without it a full disk is no failure at the end of the file
                    QStringLiteral("-nostats"),
                    QStringLiteral("-f"),
                    QStringLiteral("concat"),
