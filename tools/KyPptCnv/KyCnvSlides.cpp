@@ -99,7 +99,7 @@ bool saveImage(const QImage &image, const QString &path, const QString &format, 
     QImageWriter writer(&file, format.toLatin1());
     writer.setQuality(format == QLatin1String("png") ? PNG_QUALITY : quality);
     // commit() does not see an error in what it writes itself.
-    return writer.write(image) && file.flush() && file.commit();
+    return writer.write(image) && file.flush() && file.error() == QFileDevice::NoError && file.commit();
 }
 
 } // namespace Kyte
