@@ -1,5 +1,7 @@
 #include "KyDockLayout_p.h"
 
+#include <QHash>
+
 #include <algorithm>
 
 namespace Kyte {
@@ -22,7 +24,7 @@ static QList<QDockWidget *> sortedByWeight(const QMap<QDockWidget *, int> &weigh
 
 QList<QList<QDockWidget *>> groupTabs(const QList<TabView> &views)
 {
-    QMap<QDockWidget *, int> groupOfDock; // index in weightsOfGroups
+    QHash<QDockWidget *, int> groupOfDock; // index in weightsOfGroups
     QList<QMap<QDockWidget *, int>> weightsOfGroups;
     for (const TabView &view : views) {
         if (view.second.isEmpty())
