@@ -108,6 +108,7 @@ private slots:
     void formatsAndNames();
     void video_hasThePresentationsTimings();
     void video_withoutTimings_hasTheDefault();
+    void hiddenSlides_areLeftOut();
     void failures_data();
     void failures();
     void missingOffice_isTold();
@@ -224,6 +225,16 @@ void tst_KyPptCnv::video_withoutTimings_hasTheDefault()
     QCOMPARE(convert(arguments(data("slides.odp"), QStringLiteral("mp4"), dir.path()) + options).exitCode, 0);
     const QPair<double, int> video = probe(dir.filePath(QStringLiteral("slide.mp4")));
     QVERIFY2(qAbs(video.first - 6) < 0.2, qPrintable(QString::number(video.first)));
+}
+
+void tst_KyPptCnv::hiddenSlides_areLeftOut()
+{
+    const QTemporaryDir dir;
+    const Run run = convert(arguments(data("hidden.pptx"), QStringLiteral("mp4"), dir.path()));
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.numbersOf(103), QList<int>({2}));
+    QCOMPARE(run.texts.value(run.codes.indexOf(112)),
+             QStringLiteral("00:00:06")); // of the first and the third
 }
 
 void tst_KyPptCnv::failures_data()

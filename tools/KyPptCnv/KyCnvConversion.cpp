@@ -126,7 +126,7 @@ int KyCnvConversion::makeVideo(const QString &pdf, const KyCnvPages &pages)
     if (!isMade)
         return fail(KyCnvCode::VideoFailed, QStringLiteral("The video cannot be made"));
     m_files = QStringList(path);
-    const QTime time = QTime::fromMSecsSinceStartOfDay(int(video.totalDuration() % (24 * 60 * 60 * 1000)));
+    const QTime time = QTime::fromMSecsSinceStartOfDay(int(video.totalDuration() % (24LL * 60 * 60 * 1000)));
     say(KyCnvCode::VideoTime, time.toString(QStringLiteral("HH:mm:ss")));
     return 0;
 }
