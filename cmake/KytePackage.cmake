@@ -40,7 +40,7 @@ install(FILES "${PROJECT_BINARY_DIR}/KyEditorCommon.pc" DESTINATION ${CMAKE_INST
 
 # A program's manual page, and what a desktop needs to show it, are installed with the program.
 foreach(program IN ITEMS kyec KyPptCnv kystudio)
-    if(TARGET ${program})
+    if(TARGET ${program} AND UNIX)
         get_target_property(suffix ${program} SUFFIX)
         if(NOT suffix)
             set(suffix "")
