@@ -25,6 +25,19 @@ set(DOXYGEN_QUIET YES)
 set(DOXYGEN_GENERATE_LATEX NO)
 set(DOXYGEN_DOT_IMAGE_FORMAT svg)
 
+# The same as one file for Qt Assistant and Qt Creator.
+find_program(KYTE_QHELPGENERATOR NAMES qhelpgenerator qhelpgenerator-qt5 HINTS /usr/lib/qt5/bin)
+mark_as_advanced(KYTE_QHELPGENERATOR)
+if(KYTE_QHELPGENERATOR)
+    set(DOXYGEN_GENERATE_QHP YES)
+    set(DOXYGEN_QHG_LOCATION "${KYTE_QHELPGENERATOR}")
+    set(DOXYGEN_QCH_FILE "${PROJECT_BINARY_DIR}/docs/kyeditorcommon.qch")
+    set(DOXYGEN_QHP_NAMESPACE "kyte.kyeditorcommon.${PROJECT_VERSION_MAJOR}${PROJECT_VERSION_MINOR}")
+    set(DOXYGEN_QHP_VIRTUAL_FOLDER "kyeditorcommon")
+    install(FILES "${DOXYGEN_QCH_FILE}" DESTINATION "${CMAKE_INSTALL_DATADIR}/qt5/doc" OPTIONAL)
+endif()
+install(DIRECTORY "${DOXYGEN_OUTPUT_DIRECTORY}/html" DESTINATION "${CMAKE_INSTALL_DOCDIR}" OPTIONAL)
+
 doxygen_add_docs(docs
     "${PROJECT_SOURCE_DIR}/README.md"
     "${PROJECT_SOURCE_DIR}/CONTRIBUTING.md"

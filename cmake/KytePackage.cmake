@@ -19,7 +19,8 @@ endforeach()
 configure_package_config_file(
     "${PROJECT_SOURCE_DIR}/cmake/KyEditorCommonConfig.cmake.in"
     "${PROJECT_BINARY_DIR}/KyEditorCommonConfig.cmake"
-    INSTALL_DESTINATION ${KYTE_PACKAGE_DIR})
+    INSTALL_DESTINATION ${KYTE_PACKAGE_DIR}
+    PATH_VARS KYTE_TRANSLATIONS_DIR)
 write_basic_package_version_file(
     "${PROJECT_BINARY_DIR}/KyEditorCommonConfigVersion.cmake"
     COMPATIBILITY SameMajorVersion)
@@ -48,6 +49,24 @@ if(WIN32 AND KYTE_WINDOWS_QT)
     foreach(library IN ITEMS Qt5Core Qt5Gui Qt5Sql Qt5Svg Qt5Widgets libgcc_s_seh-1 libstdc++-6 libwinpthread-1)
         install(FILES "${KYTE_WINDOWS_QT}/bin/${library}.dll" DESTINATION "${CMAKE_INSTALL_BINDIR}")
     endforeach()
+endif()
+
+# A program's manual page, and what a desktop needs to show it, are installed with the program.
+foreach(program IN ITEMS kyec KyPptCnv kystudio)
+    if(TARGET ${program} AND UNIX)
+        get_target_property(suffix ${program} SUFFIX)
+        if(NOT suffix)
+            set(suffix "")
+        endif()
+        install(FILES "${PROJECT_SOURCE_DIR}/docs/man/${program}${suffix}.1"
+                DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+    endif()
+endforeach()
+if(TARGET kystudio AND UNIX AND NOT APPLE)
+    install(FILES "${PROJECT_SOURCE_DIR}/resources/desktop/kystudio.desktop"
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
+    install(FILES "${PROJECT_SOURCE_DIR}/resources/desktop/kystudio.svg"
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps")
 endif()
 
 if(PROJECT_IS_TOP_LEVEL)

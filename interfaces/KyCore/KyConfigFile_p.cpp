@@ -44,7 +44,7 @@ static QString readFolder(QXmlStreamReader &reader, const QDir &base)
 static QString attribute(const QXmlStreamAttributes &attributes, const char *name)
 {
     const QStringRef value = attributes.value(QLatin1String(name));
-    return value.isEmpty() ? QStringLiteral("") : value.toString();
+    return value.isEmpty() ? QString(QLatin1String("")) : value.toString();
 }
 
 static QList<KyConfig::Destination> readDestinations(QXmlStreamReader &reader)

@@ -15,7 +15,7 @@ namespace Kyte {
 
 const QString KyChannelConfig::CHANNEL_CONFIG_FILE_NAME = CHANNEL_MAIN_FILE;
 
-static const QByteArray XML_DECLARATION = "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
+static const char XML_DECLARATION[] = "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
 static const QString CHANNEL_FILE_PATTERN = QStringLiteral("channel*.xml");
 static const QString CHANNEL_ELEMENT = QStringLiteral("channel");
 static const QString DESTINATION_ELEMENT = QStringLiteral("destination");
@@ -104,7 +104,7 @@ static QByteArray mainFileContent(const QList<KyChannelConfig::ChannelInfo> &cha
     for (auto it = assignment.cbegin(); it != assignment.cend(); ++it)
         destinations[it.value()].append(destinationTag).append(QByteArray::number(it.key())).append("\"/>\n");
 
-    QByteArray content = XML_DECLARATION + '<' + root + (channels.isEmpty() ? "/>\n" : ">\n");
+    QByteArray content = QByteArray(XML_DECLARATION) + '<' + root + (channels.isEmpty() ? "/>\n" : ">\n");
     for (const KyChannelConfig::ChannelInfo &channel : channels) {
         const QByteArray lines = destinations.value(channel.id);
         content.append(channelTag).append(QByteArray::number(channel.id));

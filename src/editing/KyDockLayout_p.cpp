@@ -22,7 +22,8 @@ static QList<QDockWidget *> sortedByWeight(const QMap<QDockWidget *, int> &weigh
 
 QList<QList<QDockWidget *>> groupTabs(const QList<TabView> &views)
 {
-    QMap<QDockWidget *, int> groupOfDock; // index in weightsOfGroups
+    // A map, for groups and docks of equal weight come in its order.
+    QMap<QDockWidget *, int> groupOfDock; // index in weightsOfGroups; clazy:exclude=qmap-with-pointer-key
     QList<QMap<QDockWidget *, int>> weightsOfGroups;
     for (const TabView &view : views) {
         if (view.second.isEmpty())

@@ -103,6 +103,8 @@ KyFileSystemItem::~KyFileSystemItem()
 
 KyFileSystemItem &KyFileSystemItem::operator=(const KyFileSystemItem &other)
 {
+    if (this == &other)
+        return *this;
     m_parent = other.m_parent;
     m_children = other.m_children;
     m_fileInfo = other.m_fileInfo;

@@ -8,7 +8,8 @@
 namespace Kyte {
 namespace ThreadKeeper {
 
-static QVector<QPointer<QThread>> keptThreads;
+// Made before an application object that is static, too, and so still there when that ends.
+static QVector<QPointer<QThread>> keptThreads; // clazy:exclude=non-pod-global-static
 
 static void endAll()
 {

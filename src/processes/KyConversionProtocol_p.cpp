@@ -131,9 +131,9 @@ int parseMessage(const QString &text, QString *message)
         return 0;
     const int end = text.indexOf(QLatin1Char(']'), begin);
     const int open = end + 1;
-    if (end >= 0 && text.mid(open, 1) == QLatin1String("("))
+    if (end >= 0 && text.midRef(open, 1) == QLatin1String("("))
         *message = text.mid(open, text.indexOf(QLatin1Char(')'), open) - open);
-    return text.mid(begin + 1, end < 0 ? -1 : end - begin - 1).toInt();
+    return text.midRef(begin + 1, end < 0 ? -1 : end - begin - 1).toInt();
 }
 
 int firstNumber(const QString &text)

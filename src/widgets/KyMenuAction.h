@@ -25,7 +25,7 @@ public:
 
 signals:
     /** Follows QAction::triggered(bool) as its first listener does: before everybody who connected later. */
-    void triggered(const QString &objectName, bool checked);
+    void triggered(const QString &objectName, bool checked); // clazy:exclude=overloaded-signal
 
 private slots:
     void onTriggered(bool checked);

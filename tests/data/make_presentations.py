@@ -54,6 +54,15 @@ def without_slides(source, target):
             result.writestr(name, data)
 
 
+def with_hidden_slide(source, target, number):
+    with zipfile.ZipFile(source) as archive, zipfile.ZipFile(target, 'w', zipfile.ZIP_DEFLATED) as result:
+        for name in archive.namelist():
+            data = archive.read(name)
+            if name == f'ppt/slides/slide{number}.xml':
+                data = data.replace(b'<p:sld ', b'<p:sld show="0" ')
+            result.writestr(name, data)
+
+
 def locked(target):
     """An OpenDocument file whose manifest says that its content is enciphered."""
     mimetype = 'application/vnd.oasis.opendocument.presentation'
@@ -83,6 +92,7 @@ def main():
             subprocess.run(['soffice', f'-env:UserInstallation=file://{folder}/profile', '--headless',
                             '--convert-to', suffix, '--outdir', HERE, source], check=True)
     without_slides(HERE / 'slides.pptx', HERE / 'noslides.pptx')
+    with_hidden_slide(HERE / 'slides.pptx', HERE / 'hidden.pptx', 2)
     locked(HERE / 'locked.odp')
 
 

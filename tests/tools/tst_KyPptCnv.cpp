@@ -1,3 +1,4 @@
+#include "KyTestEnvironment.h"
 #include "KyTestMain.h"
 
 #include <KyPptConversion.h>
@@ -8,6 +9,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #ifdef Q_OS_UNIX
@@ -106,12 +108,19 @@ private slots:
     void formatsAndNames();
     void video_hasThePresentationsTimings();
     void video_withoutTimings_hasTheDefault();
+    void hiddenSlides_areLeftOut();
     void failures_data();
     void failures();
     void missingOffice_isTold();
-    void fullDisk_leavesNoPicture();
+    void missingRenderer_isTold();
+    void occupiedName_leavesNoPicture();
+    void fullDisk_leavesNothing_data();
+    void fullDisk_leavesNothing();
+    void temporaryFolder_mayHaveAnyName();
     void twoAtATime_doNotDisturbEachOther();
     void requestToEnd_leavesNothing();
+    void requestToEndWhileWriting_leavesNothing_data();
+    void requestToEndWhileWriting_leavesNothing();
     void driver_convertsInThisThread();
     void driver_convertsInAThread();
     void driver_abortsInTheMiddle();
@@ -218,6 +227,16 @@ void tst_KyPptCnv::video_withoutTimings_hasTheDefault()
     QVERIFY2(qAbs(video.first - 6) < 0.2, qPrintable(QString::number(video.first)));
 }
 
+void tst_KyPptCnv::hiddenSlides_areLeftOut()
+{
+    const QTemporaryDir dir;
+    const Run run = convert(arguments(data("hidden.pptx"), QStringLiteral("mp4"), dir.path()));
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.numbersOf(103), QList<int>({2}));
+    QCOMPARE(run.texts.value(run.codes.indexOf(112)),
+             QStringLiteral("00:00:06")); // of the first and the third
+}
+
 void tst_KyPptCnv::failures_data()
 {
     QTest::addColumn<QString>("input");
@@ -226,6 +245,7 @@ void tst_KyPptCnv::failures_data()
     QTest::newRow("empty") << QStringLiteral("empty") << 203;
     QTest::newRow("cut off") << QStringLiteral("cut") << 203;
     QTest::newRow("noise") << QStringLiteral("noise") << 203;
+    QTest::newRow("text") << QStringLiteral("text") << 203;
     QTest::newRow("protected by a password") << data("locked.odp") << 203;
     QTest::newRow("without slides") << data("noslides.pptx") << 206;
 }
@@ -234,6 +254,8 @@ static QByteArray contentFor(const QString &kind)
 {
     if (kind == QLatin1String("noise"))
         return QByteArray("\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1") + QByteArray(4000, '\x5a');
+    if (kind == QLatin1String("text"))
+        return QByteArray("Departures\nArrivals\n");
     QFile file(data("slides.pptx"));
     return kind == QLatin1String("cut") && file.open(QIODevice::ReadOnly) ? file.read(file.size() / 2)
                                                                           : QByteArray();
@@ -245,7 +267,8 @@ void tst_KyPptCnv::failures()
     QFETCH(int, code);
     const QTemporaryDir dir;
     if (!input.contains(QLatin1Char('/'))) {
-        QFile file(dir.filePath(input + QStringLiteral(".ppt")));
+        QFile file(dir.filePath(
+            input + (input == QLatin1String("text") ? QStringLiteral(".txt") : QStringLiteral(".ppt"))));
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(contentFor(input));
         input = file.fileName();
@@ -266,9 +289,20 @@ void tst_KyPptCnv::missingOffice_isTold()
     QCOMPARE(run.exitCode, exitCodeOf(-201));
 }
 
-void tst_KyPptCnv::fullDisk_leavesNoPicture()
+void tst_KyPptCnv::missingRenderer_isTold()
 {
-    // A folder in the place of the second picture stands for every reason why it cannot be written.
+    const QTemporaryDir dir;
+    const QString office = QStandardPaths::findExecutable(QStringLiteral("soffice"));
+    QVERIFY(QFile::link(office, dir.filePath(QStringLiteral("soffice"))));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("PATH"), dir.path());
+    const Run run = convert(arguments(data("slides.pptx"), QStringLiteral("png"), dir.path()), environment);
+    QCOMPARE(run.codes, QList<int>({101, 202}));
+    QCOMPARE(run.exitCode, exitCodeOf(-202));
+}
+
+void tst_KyPptCnv::occupiedName_leavesNoPicture()
+{
     const QTemporaryDir dir;
     QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("slide2.png")));
     const Run run = convert(arguments(data("slides.odp"), QStringLiteral("png"), dir.path()));
@@ -276,6 +310,42 @@ void tst_KyPptCnv::fullDisk_leavesNoPicture()
     QCOMPARE(run.codes.constLast(), 220);
     QCOMPARE(run.texts.constLast(), QStringLiteral("2"));
     QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList());
+}
+
+void tst_KyPptCnv::fullDisk_leavesNothing_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<int>("kibibytes"); // room for one picture, but not for three
+    QTest::addColumn<int>("code");
+    QTest::newRow("bmp") << "bmp" << 200 << 220;
+    QTest::newRow("png, written in one piece") << "png" << 4 << 220;
+    QTest::newRow("mp4") << "mp4" << 4 << 211;
+}
+
+void tst_KyPptCnv::fullDisk_leavesNothing()
+{
+    QFETCH(QString, format);
+    QFETCH(int, kibibytes);
+    QFETCH(int, code);
+    const Test::SmallDisk disk(kibibytes);
+    if (!disk.isValid())
+        QSKIP("this user may not mount a file system");
+    const Run run = convert(arguments(data("slides.odp"), format, disk.path()));
+    QCOMPARE(run.exitCode, exitCodeOf(-code));
+    QCOMPARE(run.codes.constLast(), code);
+    QCOMPARE(Test::namesIn(disk.path()), QStringList());
+}
+
+void tst_KyPptCnv::temporaryFolder_mayHaveAnyName()
+{
+    const QTemporaryDir dir;
+    const QString name = QStringLiteral("it's %1 \u6f22");
+    QVERIFY(QDir(dir.path()).mkdir(name));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("TMPDIR"), dir.filePath(name));
+    const Run run = convert(arguments(data("slides.odp"), QStringLiteral("mp4"), dir.path()), environment);
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY(QDir(dir.filePath(name)).isEmpty());
 }
 
 void tst_KyPptCnv::twoAtATime_doNotDisturbEachOther()
@@ -323,6 +393,46 @@ void tst_KyPptCnv::requestToEnd_leavesNothing()
     QTRY_VERIFY(!isMentioned(QStringLiteral("soffice.*") + office));
     QVERIFY(QDir(office).isEmpty());
     QVERIFY(QDir(dir.path()).entryList(QDir::Files).isEmpty());
+#else
+    QSKIP("Windows has no request to end that a console program can be sent alone");
+#endif
+}
+
+void tst_KyPptCnv::requestToEndWhileWriting_leavesNothing_data()
+{
+    QTest::addColumn<QStringList>("options"); // so large that what follows the message takes its time
+    QTest::addColumn<QByteArray>("message");
+    QTest::newRow("pictures") << QStringList({QStringLiteral("-t"), QStringLiteral("png"),
+                                              QStringLiteral("-w"), QStringLiteral("8000"),
+                                              QStringLiteral("-h"), QStringLiteral("4500")})
+                              << QByteArray("[121](33)");
+    QTest::newRow("video") << QStringList({QStringLiteral("-t"), QStringLiteral("mp4"), QStringLiteral("-vr"),
+                                           QStringLiteral("2160"), QStringLiteral("-fs"),
+                                           QStringLiteral("60")})
+                           << QByteArray("[111](20)");
+}
+
+void tst_KyPptCnv::requestToEndWhileWriting_leavesNothing()
+{
+#ifdef Q_OS_UNIX
+    QFETCH(QStringList, options);
+    QFETCH(QByteArray, message);
+    const QTemporaryDir dir;
+    const QTemporaryDir temporary;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("TMPDIR"), temporary.path());
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(converter(), arguments(data("slides.pptx"), QStringLiteral("png"), dir.path()) + options);
+    QByteArray output;
+    while (!output.contains(message) && process.waitForReadyRead(PATIENCE))
+        output += process.readAll();
+    process.terminate();
+    QVERIFY(process.waitForFinished(PATIENCE));
+    QVERIFY2(!(output + process.readAll()).contains("[192]"), "it was ready before it was asked to end");
+    QCOMPARE(process.exitCode(), 143);
+    QVERIFY(QDir(dir.path()).isEmpty());
+    QVERIFY(QDir(temporary.path()).isEmpty());
 #else
     QSKIP("Windows has no request to end that a console program can be sent alone");
 #endif

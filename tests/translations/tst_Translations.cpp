@@ -5,12 +5,16 @@
 #include <KyDestination.h>
 
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTranslator>
 #include <QXmlStreamReader>
 
 using namespace Kyte;
 
-/** Runs the library under a translation that puts every text of the template into brackets. */
+/**
+ * Runs the library under a translation that puts every text of the template into brackets, and under the
+ * German one.
+ */
 class tst_Translations : public QObject
 {
     Q_OBJECT
@@ -22,14 +26,18 @@ private slots:
     void everyTextOfTheTemplate_isTranslated();
     void message_isTranslated();
     void messageWithArgument_isTranslated();
+    void german_isCompleteAndKeepsWhatIsNoText();
+    void german_reachesTheUser();
 
 private:
+    bool loadGerman();
     QString bracketedCopy(const QByteArray &content);
 
     QTemporaryDir m_folder;
     QList<QPair<QByteArray, QString>> m_texts; // context and source
     int m_messageCount = 0;
     QTranslator m_translator;
+    QTranslator m_german;
 };
 
 QString tst_Translations::bracketedCopy(const QByteArray &content)
@@ -85,6 +93,7 @@ void tst_Translations::init()
 void tst_Translations::cleanup()
 {
     QCoreApplication::removeTranslator(&m_translator);
+    QCoreApplication::removeTranslator(&m_german);
 }
 
 void tst_Translations::everyTextOfTheTemplate_isTranslated()
@@ -114,6 +123,45 @@ void tst_Translations::messageWithArgument_isTranslated()
     QCOMPARE(config.lastErrorMessage(),
              QStringLiteral("[The Channel folder \"%1\" does not exist.]")
                  .arg(QDir::toNativeSeparators(QStringLiteral("/no/such/folder"))));
+}
+
+/** As an application does it. */
+bool tst_Translations::loadGerman()
+{
+    QCoreApplication::removeTranslator(&m_translator);
+    return m_german.load(QLocale(QLocale::German, QLocale::Austria), QStringLiteral("kyeditorcommon"),
+                         QStringLiteral("_"), qEnvironmentVariable("KYTE_TRANSLATIONS_DIR"))
+        && QCoreApplication::installTranslator(&m_german);
+}
+
+/** Arguments, tags and line ends of \a text, in order. */
+static QStringList markupOf(const QString &text)
+{
+    static const QRegularExpression MARKUP(QStringLiteral("%\\d|</?\\w+ ?/?>|\n"));
+    QStringList markup;
+    QRegularExpressionMatchIterator matches = MARKUP.globalMatch(text);
+    while (matches.hasNext())
+        markup.append(matches.next().captured());
+    return markup;
+}
+
+void tst_Translations::german_isCompleteAndKeepsWhatIsNoText()
+{
+    QVERIFY(loadGerman());
+    for (const auto &text : qAsConst(m_texts)) {
+        const QString german = m_german.translate(text.first.constData(), text.second.toUtf8().constData());
+        QVERIFY2(!german.isEmpty(), qPrintable(text.second));
+        QCOMPARE(markupOf(german), markupOf(text.second));
+        QCOMPARE(german.endsWith(QLatin1Char(' ')), text.second.endsWith(QLatin1Char(' ')));
+    }
+}
+
+void tst_Translations::german_reachesTheUser()
+{
+    QVERIFY(loadGerman());
+    KyDestination destination;
+    destination.startToRead();
+    QCOMPARE(destination.lastErrorMessage(), QStringLiteral("Die Verbindung zur Datenbank besteht nicht."));
 }
 
 KYTE_TEST_MAIN(tst_Translations)

@@ -2,14 +2,15 @@
 
 #include <QHash>
 
+#include <algorithm>
 #include <functional>
+#include <iterator>
 
 namespace Kyte {
 
 static const int MAXIMUM_SIDE = 16384; // pixels
 static const QString VIDEO = QStringLiteral("mp4");
-static const QStringList FORMATS({QStringLiteral("png"), QStringLiteral("jpg"), QStringLiteral("bmp"),
-                                  VIDEO});
+static const QString PICTURES[] = {QStringLiteral("png"), QStringLiteral("jpg"), QStringLiteral("bmp")};
 
 using Reader = std::function<bool(const QString &value)>;
 
@@ -33,7 +34,8 @@ static Reader numberInto(int *target, int minimum, int maximum)
 static bool readFormat(const QString &value, QString *format)
 {
     *format = value.toLower();
-    return FORMATS.contains(*format);
+    return *format == VIDEO
+        || std::find(std::begin(PICTURES), std::end(PICTURES), *format) != std::end(PICTURES);
 }
 
 static bool readBool(const QString &value, bool *target)

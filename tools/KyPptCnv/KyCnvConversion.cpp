@@ -46,6 +46,8 @@ int KyCnvConversion::convert()
     say(KyCnvCode::LoadingOffice, QStringLiteral("Loading"));
     if (!m_office.isInstalled())
         return fail(KyCnvCode::NoOffice, QStringLiteral("There is no office suite"));
+    if (!canReadPdf())
+        return fail(KyCnvCode::NoPresentation, QStringLiteral("pdfinfo and pdftoppm are missing"));
     if (!QDir().mkpath(m_arguments.outputFolder))
         return fail(KyCnvCode::CannotOpen, QStringLiteral("The output folder cannot be made"));
     const KyCnvOffice::Slides slides = KyCnvOffice::slidesIn(m_arguments.inputPath);
@@ -53,9 +55,10 @@ int KyCnvConversion::convert()
         return fail(KyCnvCode::CannotOpen, QStringLiteral("The file cannot be read"));
     if (slides == KyCnvOffice::Slides::None)
         return fail(KyCnvCode::NoSlides, QStringLiteral("There is no slide"));
-    say(KyCnvCode::OfficeLoaded, QStringLiteral("Loaded"));
 
-    const QString pdf = m_office.toPdf(m_arguments.inputPath);
+    const QString pdf = m_office.toPdf(m_arguments.inputPath, [] {
+        say(KyCnvCode::OfficeLoaded, QStringLiteral("Loaded"));
+    });
     if (pdf.isEmpty())
         return fail(KyCnvCode::CannotOpen, QStringLiteral("The file cannot be opened"));
     const KyCnvPages pages = pagesOf(pdf);
@@ -100,7 +103,8 @@ int KyCnvConversion::makeVideo(const QString &pdf, const KyCnvPages &pages)
     video.quality = m_arguments.quality;
     video.durations = durations(pages.count);
     for (int slide = 1; slide <= pages.count; ++slide)
-        video.pictures.append(QStringLiteral("%1/frame%2.bmp").arg(m_office.folder()).arg(slide));
+        video.pictures.append(
+            QStringLiteral("%1/frame%2.bmp").arg(m_office.folder(), QString::number(slide)));
     const int height = even(m_arguments.verticalResolution);
     const QSize size(even(height * pages.size.width() / qMax(1.0, pages.size.height())), height);
     // Rendering is the smaller part of the work: it has the first fifth of the progress.
@@ -122,7 +126,7 @@ int KyCnvConversion::makeVideo(const QString &pdf, const KyCnvPages &pages)
     if (!isMade)
         return fail(KyCnvCode::VideoFailed, QStringLiteral("The video cannot be made"));
     m_files = QStringList(path);
-    const QTime time = QTime::fromMSecsSinceStartOfDay(int(video.totalDuration() % (24 * 60 * 60 * 1000)));
+    const QTime time = QTime::fromMSecsSinceStartOfDay(int(video.totalDuration() % (24LL * 60 * 60 * 1000)));
     say(KyCnvCode::VideoTime, time.toString(QStringLiteral("HH:mm:ss")));
     return 0;
 }

@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QUrl>
 
@@ -49,6 +50,16 @@ static QByteArray fileIn(const KZip &archive, const QString &name)
     return file ? file->data() : QByteArray();
 }
 
+/** Puts the file \a path in \a target, without copying it where the system has links that programs follow. */
+static bool provide(const QString &path, const QString &target)
+{
+#ifdef Q_OS_UNIX
+    if (QFile::link(path, target))
+        return true;
+#endif
+    return QFile::copy(path, target);
+}
+
 bool KyCnvOffice::isInstalled() const
 {
     return !officeProgram().isEmpty();
@@ -65,22 +76,24 @@ KyCnvOffice::Slides KyCnvOffice::slidesIn(const QString &path)
     if (!archive.open(QIODevice::ReadOnly))
         return Slides::Unreadable;
     const QByteArray presentation = fileIn(archive, QStringLiteral("ppt/presentation.xml"));
+    static const QRegularExpression SLIDE(QStringLiteral("sldId\\s"));
     if (!presentation.isNull())
-        return presentation.contains("sldId ") ? Slides::Some : Slides::None;
+        return QString::fromUtf8(presentation).contains(SLIDE) ? Slides::Some : Slides::None;
     const QByteArray content = fileIn(archive, QStringLiteral("content.xml"));
-    if (content.startsWith("<?xml"))
-        return content.contains("<draw:page ") ? Slides::Some : Slides::None;
-    return Slides::Some;
+    if (content.contains("<office:presentation") && !content.contains("<draw:page"))
+        return Slides::None;
+    return Slides::Some; // or no presentation, or one with a password
 }
 
-QString KyCnvOffice::toPdf(const QString &inputPath)
+QString KyCnvOffice::toPdf(const QString &inputPath, const std::function<void()> &started)
 {
-    return convert(inputPath, QStringLiteral("pdf"));
+    // The filter is named because it refuses what is no presentation: texts and tables can be a PDF, too.
+    return convert(inputPath, QStringLiteral("pdf"), QStringLiteral("pdf:impress_pdf_Export"), started);
 }
 
 QVector<int> KyCnvOffice::timings(const QString &inputPath)
 {
-    QFile file(convert(inputPath, QStringLiteral("fodp")));
+    QFile file(convert(inputPath, QStringLiteral("fodp"), QStringLiteral("fodp"), [] {}));
     return file.open(QIODevice::ReadOnly) ? slideTimings(&file) : QVector<int>();
 }
 
@@ -89,14 +102,16 @@ QString KyCnvOffice::folder() const
     return m_folder.path();
 }
 
-QString KyCnvOffice::convert(const QString &inputPath, const QString &suffix)
+QString KyCnvOffice::convert(const QString &inputPath,
+                             const QString &suffix,
+                             const QString &filter,
+                             const std::function<void()> &started)
 {
     // Under a plain name, whatever the file is called: the suite reads names in the locale's encoding.
     const QFileInfo input(inputPath);
     const QString name = QStringLiteral("presentation");
     const QString source = m_folder.filePath(name + QLatin1Char('.') + input.suffix().toLower());
-    if (!QFile::exists(source) && !QFile::link(input.absoluteFilePath(), source)
-        && !QFile::copy(input.absoluteFilePath(), source))
+    if (!QFile::exists(source) && !provide(input.absoluteFilePath(), source))
         return QString();
 
     const QString result = m_folder.filePath(QStringLiteral("result/") + name + QLatin1Char('.') + suffix);
@@ -104,12 +119,15 @@ QString KyCnvOffice::convert(const QString &inputPath, const QString &suffix)
     office.setProcessChannelMode(QProcess::MergedChannels);
     office.setStandardOutputFile(QProcess::nullDevice());
     office.setStandardInputFile(QProcess::nullDevice());
-    office.start(officeProgram(),
-                 {QStringLiteral("-env:UserInstallation=")
-                      + QUrl::fromLocalFile(m_folder.filePath(QStringLiteral("profile"))).toString(),
-                  QStringLiteral("--headless"), QStringLiteral("--norestore"), QStringLiteral("--nologo"),
-                  QStringLiteral("--nolockcheck"), QStringLiteral("--convert-to"), suffix,
-                  QStringLiteral("--outdir"), QFileInfo(result).path(), source});
+    office.start(
+        officeProgram(),
+        {QStringLiteral("-env:UserInstallation=")
+             + QUrl::fromLocalFile(m_folder.filePath(QStringLiteral("profile"))).toString(QUrl::FullyEncoded),
+         QStringLiteral("--headless"), QStringLiteral("--norestore"), QStringLiteral("--nologo"),
+         QStringLiteral("--nolockcheck"), QStringLiteral("--convert-to"), filter, QStringLiteral("--outdir"),
+         QFileInfo(result).path(), source});
+    if (office.waitForStarted())
+        started();
     // It ends with success also when it could not load the file: what counts is whether there is a result.
     return office.waitForSuccess() && QFileInfo(result).size() > 0 ? result : QString();
 }

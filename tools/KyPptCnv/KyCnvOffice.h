@@ -4,6 +4,8 @@
 #include <QTemporaryDir>
 #include <QVector>
 
+#include <functional>
+
 namespace Kyte {
 
 /**
@@ -20,8 +22,11 @@ public:
     /** What can be seen of \a path without the suite, which makes a blank slide of everything empty. */
     static Slides slidesIn(const QString &path);
 
-    /** The path of \a inputPath as a PDF of one page a slide; empty when it cannot be opened. */
-    QString toPdf(const QString &inputPath);
+    /**
+     * The path of \a inputPath as a PDF of one page a slide; empty when it cannot be opened. \a started is
+     * called once the suite runs.
+     */
+    QString toPdf(const QString &inputPath, const std::function<void()> &started);
     /** Milliseconds that each shown slide of \a inputPath stays, -1 for one without a timing. */
     QVector<int> timings(const QString &inputPath);
 
@@ -29,7 +34,10 @@ public:
     QString folder() const;
 
 private:
-    QString convert(const QString &inputPath, const QString &suffix);
+    QString convert(const QString &inputPath,
+                    const QString &suffix,
+                    const QString &filter,
+                    const std::function<void()> &started);
 
     QTemporaryDir m_folder;
 };

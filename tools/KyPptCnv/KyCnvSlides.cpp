@@ -5,6 +5,7 @@
 #include <QImageWriter>
 #include <QRegularExpression>
 #include <QSaveFile>
+#include <QStandardPaths>
 #include <QThread>
 
 #include <atomic>
@@ -13,14 +14,22 @@
 
 namespace Kyte {
 
+static const QString PDF_READER = QStringLiteral("pdfinfo");
+static const QString PDF_RENDERER = QStringLiteral("pdftoppm");
 static const int PNG_QUALITY = 85; // to Qt this is zlib's fastest level, which saves most of the time
 static const int POLL = 20; // milliseconds
+
+bool canReadPdf()
+{
+    return !QStandardPaths::findExecutable(PDF_READER).isEmpty()
+        && !QStandardPaths::findExecutable(PDF_RENDERER).isEmpty();
+}
 
 KyCnvPages pagesOf(const QString &pdf)
 {
     KyCnvPages pages;
     KyCnvProcess info;
-    info.start(QStringLiteral("pdfinfo"), {pdf});
+    info.start(PDF_READER, {pdf});
     if (!info.waitForSuccess())
         return pages;
     const QString text = QString::fromUtf8(info.readAllStandardOutput());
@@ -39,7 +48,7 @@ static QImage render(const QString &pdf, int slide, const QSize &size)
 {
     KyCnvProcess renderer;
     const QString number = QString::number(slide);
-    renderer.start(QStringLiteral("pdftoppm"),
+    renderer.start(PDF_RENDERER,
                    {QStringLiteral("-f"), number, QStringLiteral("-l"), number, QStringLiteral("-scale-to-x"),
                     QString::number(size.width()), QStringLiteral("-scale-to-y"),
                     QString::number(size.height()), pdf});
@@ -89,7 +98,8 @@ bool saveImage(const QImage &image, const QString &path, const QString &format, 
         return false;
     QImageWriter writer(&file, format.toLatin1());
     writer.setQuality(format == QLatin1String("png") ? PNG_QUALITY : quality);
-    return writer.write(image) && file.commit();
+    // commit() does not see an error in what it writes itself.
+    return writer.write(image) && file.flush() && file.error() == QFileDevice::NoError && file.commit();
 }
 
 } // namespace Kyte

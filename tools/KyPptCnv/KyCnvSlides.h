@@ -16,6 +16,8 @@ struct KyCnvPages
     QSizeF size; ///< of the first page, in points
 };
 
+/** False when the programs that read a PDF are not installed. */
+bool canReadPdf();
 KyCnvPages pagesOf(const QString &pdf);
 
 /** Keeps the image of a slide, counted from 1; false when that fails. Called on several threads. */

@@ -25,6 +25,12 @@ static QString seconds(qint64 milliseconds)
     return QString::number(double(milliseconds) / 1000, 'f', 3);
 }
 
+/** In single quotes, in which nothing but a quote is special: that one stands outside of them. */
+static QString quoted(QString path)
+{
+    return QLatin1Char('\'') + path.replace(QLatin1Char('\''), QLatin1String("'\\''")) + QLatin1Char('\'');
+}
+
 /** The list that the encoder reads. It takes no duration for the last picture, which is so named twice. */
 static bool writeList(const KyCnvVideo &video, QTemporaryFile *file)
 {
@@ -33,8 +39,9 @@ static bool writeList(const KyCnvVideo &video, QTemporaryFile *file)
     QTextStream list(file);
     list.setCodec("UTF-8");
     for (int i = 0; i < video.pictures.size(); ++i)
-        list << "file '" << video.pictures.at(i) << "'\nduration " << seconds(video.durations.at(i)) << '\n';
-    list << "file '" << video.pictures.constLast() << "'\n";
+        list << "file " << quoted(video.pictures.at(i)) << "\nduration " << seconds(video.durations.at(i))
+             << '\n';
+    list << "file " << quoted(video.pictures.constLast()) << '\n';
     list.flush();
     return file->flush();
 }
@@ -70,6 +77,7 @@ bool makeVideo(const KyCnvVideo &video, const QString &path, const std::function
     const int rate = WORST_RATE - (WORST_RATE - BEST_RATE) * video.quality / 100;
     encoder.start(QStringLiteral("ffmpeg"),
                   {QStringLiteral("-y"),
+                   QStringLiteral("-xerror"), // without it a full disk is no failure at the end of the file
                    QStringLiteral("-nostats"),
                    QStringLiteral("-f"),
                    QStringLiteral("concat"),

@@ -12,6 +12,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QTemporaryDir>
+#include <QTranslator>
 
 #include <cstdio>
 
@@ -34,6 +35,13 @@ int main(int argc, char **argv)
     const QString secret = Kyte::KyDestination::encryptString(QStringLiteral("secret"));
     if (Kyte::KyDestination::decryptString(secret) != QLatin1String("secret"))
         return 1;
+#ifdef TRANSLATIONS_DIR // which the CMake package knows
+    QTranslator german;
+    if (!german.load(QStringLiteral("kyeditorcommon_de"), QStringLiteral(TRANSLATIONS_DIR))) {
+        std::fprintf(stderr, "no translation in %s\n", TRANSLATIONS_DIR);
+        return 1;
+    }
+#endif
     std::printf("destination database: %s\n", qPrintable(destination.reservedDatabaseFileHashSha1()));
     return 0;
 }
