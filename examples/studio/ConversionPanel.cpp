@@ -114,7 +114,7 @@ bool ConversionPanel::isConverting() const
 void ConversionPanel::setPresentation(const QString &path)
 {
     if (!m_conversion)
-        m_presentation->setText(QDir::toNativeSeparators(path));
+        m_presentation->setText(shown(path));
 }
 
 void ConversionPanel::convert()
@@ -125,8 +125,7 @@ void ConversionPanel::convert()
     m_log->clear();
     m_progress->setValue(0);
     m_folder = outputFolder();
-    m_conversion = new KyPptConversion(QDir::fromNativeSeparators(m_presentation->text()), m_folder, false,
-                                       this);
+    m_conversion = new KyPptConversion(presentation(), m_folder, false, this);
     const QSize size = m_size->currentData().toSize();
     m_conversion->setWidth(size.width());
     m_conversion->setHeight(size.height());
@@ -180,8 +179,8 @@ void ConversionPanel::refresh()
     m_size->setEnabled(!m_conversion);
     m_convert->setEnabled(!m_conversion && isChosen && !m_outputRoot.isEmpty());
     m_abort->setEnabled(m_conversion);
-    m_target->setText(isChosen ? tr("to %1").arg(QDir::toNativeSeparators(outputFolder())) : QString());
-    m_target->setToolTip(m_target->text());
+    m_target->setText(isChosen ? tr("to %1").arg(shown(outputFolder())) : QString());
+    m_target->setToolTip(isChosen ? QDir::toNativeSeparators(outputFolder()) : QString());
 }
 
 void ConversionPanel::onInformationUpdated(const QString &information)
@@ -200,7 +199,7 @@ void ConversionPanel::onCreationCompleted()
     if (!m_conversion)
         return; // told a second time
     m_progress->setValue(m_progress->maximum());
-    m_messages->showSuccess(tr("The slides are in %1.").arg(QDir::toNativeSeparators(m_folder)));
+    m_messages->showSuccess(tr("The slides are in %1.").arg(shown(m_folder)));
     emit slidesMade(m_folder);
     end();
 }
@@ -231,8 +230,21 @@ void ConversionPanel::end()
     emit ended();
 }
 
+QString ConversionPanel::presentation() const
+{
+    const QDir base(QFileInfo(m_outputRoot).path());
+    return QDir::cleanPath(base.absoluteFilePath(QDir::fromNativeSeparators(m_presentation->text().trimmed())));
+}
+
 QString ConversionPanel::outputFolder() const
 {
-    const QFileInfo presentation(QDir::fromNativeSeparators(m_presentation->text()));
-    return QDir(m_outputRoot).filePath(tr("%1 slides").arg(presentation.completeBaseName()));
+    return QDir(m_outputRoot).filePath(tr("%1 slides").arg(QFileInfo(presentation()).completeBaseName()));
+}
+
+/** A path in the media library without what comes before that. */
+QString ConversionPanel::shown(const QString &path) const
+{
+    const bool isInside = path.startsWith(m_outputRoot + QLatin1Char('/'));
+    return QDir::toNativeSeparators(isInside ? QDir(QFileInfo(m_outputRoot).path()).relativeFilePath(path)
+                                             : path);
 }

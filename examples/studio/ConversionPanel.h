@@ -22,7 +22,7 @@ class ConversionPanel : public QWidget
 public:
     explicit ConversionPanel(QWidget *parent = nullptr);
 
-    /** The folder in which each presentation gets one of its own. */
+    /** The folder in which each presentation gets one of its own. Paths are shown beginning with its name. */
     void setOutputRoot(const QString &path);
     bool isConverting() const;
 
@@ -53,7 +53,9 @@ private:
     QWidget *makeChoice();
     QWidget *makeProgress();
     void end();
+    QString presentation() const;
     QString outputFolder() const;
+    QString shown(const QString &path) const;
 
     QString m_outputRoot;
     QString m_folder; // of the conversion that runs

@@ -119,6 +119,8 @@ void EventsPanel::makeForm()
     m_elapsed->setSuffix(tr(" s"));
     m_explanation->setWordWrap(true);
     m_explanation->setForegroundRole(QPalette::Dark);
+    m_explanation->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_explanation->setMinimumHeight(4 * m_explanation->fontMetrics().lineSpacing());
 
     m_formLayout = new QFormLayout(m_form);
     m_formLayout->setContentsMargins(0, 0, 0, 0);
@@ -230,13 +232,12 @@ void EventsPanel::onEventsChanged(int screenId)
 void EventsPanel::onChoiceChanged()
 {
     const KyEvent event = chosenEvent();
-    const bool isAwaited = event.direction() == KyEvent::Wait;
-    const bool isIgnored = event.type() == KyEventType::Ignore;
     m_elapsed->setEnabled(event.type() == KyEventType::TimeElapsed);
-    m_sender->setEnabled(isAwaited && !isIgnored);
-    m_action->setEnabled(isAwaited && !isIgnored);
+    const bool isAnswered = event.direction() == KyEvent::Wait && event.type() != KyEventType::Ignore;
+    m_sender->setEnabled(isAnswered);
+    m_action->setEnabled(isAnswered);
     QString explanation = KyEditorCommon::getLocalDescriptionFromEventType(event.type());
-    if (m_action->isEnabled())
+    if (isAnswered)
         explanation += QLatin1Char('\n') + KyEditorCommon::getLocalDescriptionFromEventAction(event.action());
     m_explanation->setText(explanation);
 }

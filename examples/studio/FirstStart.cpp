@@ -19,6 +19,15 @@ using namespace Kyte;
 static const char CONFIG_VARIABLE[] = "KYTE_CONFIG_FILE";
 static const QString SAMPLE_KEY = QStringLiteral("studio/sample"); // its configuration file
 
+/** A path as people write it: the home folder is "~". */
+static QString shown(const QString &path)
+{
+    const QString home = QDir::homePath();
+    return QDir::toNativeSeparators(path.startsWith(home + QLatin1Char('/'))
+                                        ? QLatin1Char('~') + path.mid(home.size())
+                                        : path);
+}
+
 /** From now on the configuration that every part of the library finds. */
 static bool use(const QString &configFile)
 {
@@ -111,7 +120,7 @@ KyCommandLinkDialog *FirstStart::createDialog(QWidget *parent)
                       tr("Empty folders and a configuration file at their usual places."));
     dialog->addButton(tr("Create a &sample environment"),
                       tr("A railway station with 60 destinations and a media library, in a folder of its own:\n%1")
-                          .arg(QDir::toNativeSeparators(defaultSampleFolder())));
+                          .arg(shown(defaultSampleFolder())));
     dialog->setActiveButton(MakeSample);
     return dialog;
 }

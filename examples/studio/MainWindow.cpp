@@ -38,7 +38,7 @@ static const QString DEFAULT_LAYOUT = QStringLiteral("studio_default_layout");
 static const QString WINDOW_KEY = QStringLiteral("studio");
 static const QString GEOMETRY_KEY = QStringLiteral("studio_window/geometry");
 static const QString MEDIA_FOLDER = QStringLiteral("media"); // in the data folder
-static const QSize WINDOW_SIZE(1320, 860);
+static const QSize WINDOW_SIZE(1400, 900);
 
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
@@ -54,7 +54,6 @@ MainWindow::MainWindow(QWidget *parent)
     setWindowTitle(tr("kystudio[*]"));
     resize(WINDOW_SIZE);
     setDockNestingEnabled(true);
-    setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
     setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
     setCentralWidget(m_screens);
@@ -102,9 +101,9 @@ void MainWindow::arrangeDocks()
         dock->show();
     templates->raise();
     destinations->raise();
-    resizeDocks({library, preview}, {350, 360}, Qt::Horizontal);
-    resizeDocks({preview, events}, {250, 540}, Qt::Vertical);
-    resizeDocks({destinations}, {400}, Qt::Vertical);
+    resizeDocks({library, preview}, {384, 380}, Qt::Horizontal);
+    resizeDocks({preview, events}, {260, 540}, Qt::Vertical);
+    resizeDocks({destinations}, {330}, Qt::Vertical);
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

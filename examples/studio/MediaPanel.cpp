@@ -30,7 +30,8 @@ static const int NAME_COLUMN = 0;
 static const int REFRESH_DELAY = 200; // milliseconds: a burst of changes is one refresh
 static const int FILTER_DELAY = 200; // milliseconds: a word that is typed is one filter
 static const QSize PICTURE_SIZE(96, 72);
-static const QSize CELL_SIZE(116, 104);
+static const QSize CELL_SIZE(112, 100);
+static const int TREE_HEIGHT = 110;
 static const int BATCH_SIZE = 500; // cells that are laid out at a time
 
 /** All pictures take the same place, also those whose thumbnails are still to come. */
@@ -71,10 +72,13 @@ MediaPanel::MediaPanel(QWidget *parent)
     makeActions();
     makeTree();
     makePictures();
-    m_splitter->setStretchFactor(1, 3);
+    m_splitter->setStretchFactor(1, 1);
+    m_splitter->setSizes({TREE_HEIGHT, 2 * TREE_HEIGHT});
     m_splitter->setChildrenCollapsible(false);
 
     auto *bar = new QToolBar(this);
+    const int icons = style()->pixelMetric(QStyle::PM_SmallIconSize);
+    bar->setIconSize(QSize(icons, icons));
     bar->addAction(m_up);
     bar->addAction(m_newFolder);
     bar->addAction(m_convert);

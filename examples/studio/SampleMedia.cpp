@@ -12,7 +12,7 @@ static const char *const PICTURES[] = {
     "Journeys/To the sea.png", "Journeys/Night train.png", "Journeys/Over the pass.png",
 };
 static const QSize PICTURE_SIZE(960, 540);
-static const QString PRESENTATION = QStringLiteral(":/studio/slides.odp");
+static const QString PRESENTATION = QStringLiteral(":/studio/sample/Safety.odp");
 
 static void paintBackground(QPainter *painter, const QRect &area, int number)
 {

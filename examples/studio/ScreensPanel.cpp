@@ -79,8 +79,8 @@ void ScreensPanel::makeTable()
 
 void ScreensPanel::makeActions()
 {
-    m_addMultimedia = new QAction(tr("Add multimedia screen"), this);
-    m_addTelop = new QAction(tr("Add telop screen"), this);
+    m_addMultimedia = new QAction(tr("Add multimedia"), this);
+    m_addTelop = new QAction(tr("Add telop"), this);
     m_rename = new QAction(tr("Rename…"), this);
     m_remove = new QAction(tr("Remove"), this);
     m_rename->setShortcut(Qt::Key_F2);

@@ -12,6 +12,7 @@
 #include <KyCommandLinkDialog.h>
 #include <KyCommon.h>
 #include <KyCommonInputNameDialog.h>
+#include <KyMessageBoxWithCheckBox.h>
 #include <KyScreen.h>
 
 #include <QAction>
@@ -31,6 +32,7 @@ using namespace Kyte;
 
 static const int STEP_TIME = 50; // milliseconds between two looks
 static const int PATIENCE = 90000; // milliseconds: an office program that starts for the first time takes long
+static const int FONT_SIZE = 9;
 static const int TEMPLATE_ROW = 5; // two multimedia screens and a telop
 static const QString MEDIA = QStringLiteral("data/media");
 static const QString LOST = QStringLiteral("Summer festival");
@@ -46,7 +48,11 @@ Tour::~Tour() = default;
 
 bool Tour::start()
 {
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion"))); // the same pictures everywhere
+    // The same pictures everywhere.
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QFont font = QApplication::font();
+    font.setPointSize(FONT_SIZE);
+    QApplication::setFont(font);
     if (!QDir().mkpath(m_folder)) {
         m_lastErrorMessage = tr("The folder %1 cannot be made.").arg(QDir::toNativeSeparators(m_folder));
         return false;
@@ -240,7 +246,19 @@ void Tour::planDestinations()
         [this, panel]() {
             picture(QStringLiteral("studio-destinations"), tr("Destinations by group, some moved into a new one"),
                     panel->parentWidget());
-            panel->save();
+            find<QTreeView>("destinations")->setCurrentIndex(panel->findChild<DestinationModel *>()->index(0, 0));
+            find<QAction>("removeGroup")->trigger(); // returns when the question is answered
+        });
+    plan(
+        tr("Removing the group is asked about"),
+        []() {
+            return qobject_cast<KyMessageBoxWithCheckBox *>(QApplication::activeModalWidget());
+        },
+        [this, panel]() {
+            auto *box = static_cast<KyMessageBoxWithCheckBox *>(QApplication::activeModalWidget());
+            picture(QStringLiteral("studio-remove"), tr("A question that can be switched off"), box);
+            box->reject();
+            QTimer::singleShot(0, panel, SLOT(save()));
         });
     plan(
         tr("The destinations are saved"),

@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QLoggingCategory>
 #include <QMessageBox>
 #include <QTextStream>
 
@@ -23,6 +24,7 @@ int main(int argc, char **argv)
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); // for who looks into the library
     QApplication::setApplicationName(QStringLiteral("kystudio"));
     QApplication::setApplicationVersion(QStringLiteral(STUDIO_VERSION));
     QCommandLineParser parser;
