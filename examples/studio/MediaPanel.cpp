@@ -387,7 +387,7 @@ QModelIndex MediaPanel::reach(const QString &path)
 int MediaPanel::shownFolderCount() const
 {
     int count = 0; // folders come first
-    while (m_files->isDir(m_files->index(count, NAME_COLUMN)))
+    while (count < m_files->rowCount() && m_files->isDir(m_files->index(count, NAME_COLUMN)))
         ++count;
     return count;
 }
