@@ -28,7 +28,8 @@ static QString draggedPresentation(const QMimeData *data)
 {
     const QList<QUrl> urls = data->urls();
     const QString path = urls.size() == 1 ? urls.first().toLocalFile() : QString();
-    const bool isPresentation = KyExtension::getMediaType(Path::getExtension(path)) == MediaType::Presentation;
+    const bool isPresentation =
+        KyExtension::getMediaType(Path::getExtension(path)) == MediaType::Presentation;
     return isPresentation ? path : QString();
 }
 
@@ -233,7 +234,8 @@ void ConversionPanel::end()
 QString ConversionPanel::presentation() const
 {
     const QDir base(QFileInfo(m_outputRoot).path());
-    return QDir::cleanPath(base.absoluteFilePath(QDir::fromNativeSeparators(m_presentation->text().trimmed())));
+    return QDir::cleanPath(
+        base.absoluteFilePath(QDir::fromNativeSeparators(m_presentation->text().trimmed())));
 }
 
 QString ConversionPanel::outputFolder() const

@@ -14,7 +14,8 @@ namespace Kyte {
 class KyPptConversion;
 } // namespace Kyte
 
-/** Turns a presentation into a folder of pictures in the media library. Presentations may be dropped on it. */
+/** Turns a presentation into a folder of pictures in the media library. Presentations may be dropped on it.
+ */
 class ConversionPanel : public QWidget
 {
     Q_OBJECT

@@ -8,7 +8,8 @@
 
 using namespace Kyte;
 
-static const quintptr CATEGORY = 0; // the internal id of categories; destinations have their position plus one
+static const quintptr CATEGORY =
+    0; // the internal id of categories; destinations have their position plus one
 
 DestinationModel::DestinationModel(QObject *parent)
     : QAbstractItemModel(parent)
@@ -53,8 +54,12 @@ void DestinationModel::append(const QList<KyUploadItemInfo> &items)
     QVector<Destination> destinations;
     for (const KyUploadItemInfo &item : items) {
         if (item.itemType() == KyUploadItemInfo::Item_Destination) {
-            destinations.append({item.id(), item.name(), item.address(), item.sharedFolder(),
-                                 {item.channelId(), item.groupId()}, 0});
+            destinations.append({item.id(),
+                                 item.name(),
+                                 item.address(),
+                                 item.sharedFolder(),
+                                 {item.channelId(), item.groupId()},
+                                 0});
         } else {
             // A category's item type is its data type plus one.
             appendCategory(static_cast<DataType>(item.itemType() - 1), {item.id(), item.name()});
@@ -257,7 +262,7 @@ QVariant DestinationModel::categoryData(int row, int column, int role) const
     }
     if (column != NameColumn || (role != Qt::DisplayRole && role != Qt::EditRole))
         return QVariant();
-    const QString name = !isNone ? m_categories[m_type].at(row).name
+    const QString name = !isNone                ? m_categories[m_type].at(row).name
         : m_type == KyDestination::Data_Channel ? tr("In no channel")
                                                 : tr("In no group");
     return role == Qt::EditRole ? name : tr("%1 (%2)").arg(name).arg(m_members.at(row).size());

@@ -62,8 +62,8 @@ void DestinationStore::save(bool overwrite)
     }
     m_fileFingerprint = m_reportedFingerprint = fileFingerprint();
     watch();
-    emit saved();
     tellEdited();
+    emit saved();
 }
 
 void DestinationStore::addGroup(const QString &name)
@@ -93,8 +93,8 @@ void DestinationStore::moveDestinations(const QList<int> &ids, int categoryId, i
     if (!m_destination)
         return;
     m_destination->clearLastErrorMessage();
-    const QList<int> moved = m_destination->changeDestinationCategory(
-        ids, categoryId, static_cast<KyDestination::DataType>(type));
+    const QList<int> moved =
+        m_destination->changeDestinationCategory(ids, categoryId, static_cast<KyDestination::DataType>(type));
     if (!moved.isEmpty())
         emit destinationsMoved(moved, categoryId, type);
     else if (m_destination->lastErrorMessage().isEmpty()) // else it was told

@@ -308,7 +308,8 @@ void DestinationsPanel::fillMoveMenu()
     m_moveMenu->clear();
     for (int row = 0; row < m_model->rowCount(); ++row) {
         const QModelIndex category = m_model->index(row, DestinationModel::NameColumn);
-        QAction *action = m_moveMenu->addAction(category.data(Qt::EditRole).toString(), this, SLOT(moveToChosen()));
+        QAction *action =
+            m_moveMenu->addAction(category.data(Qt::EditRole).toString(), this, SLOT(moveToChosen()));
         action->setData(m_model->categoryId(category));
     }
 }
@@ -411,7 +412,8 @@ void DestinationsPanel::showStatus()
         return;
     }
     const bool byGroup = m_model->dataType() == KyDestination::Data_Group;
-    const QString text = byGroup ? tr("Destinations: %1   Groups: %2") : tr("Destinations: %1   Channels: %2");
+    const QString text =
+        byGroup ? tr("Destinations: %1   Groups: %2") : tr("Destinations: %1   Channels: %2");
     m_status->setText(text.arg(m_model->destinationCount()).arg(m_model->categoryCount()));
 }
 
@@ -426,8 +428,8 @@ bool DestinationsPanel::askForName(const QString &title, const QString &oldName,
 {
     QStringList usedNames = m_model->categoryNames(KyDestination::Data_Group);
     usedNames.removeOne(oldName); // another letter case of its own name is free
-    KyCommonInputNameDialog dialog(this, title, tr("Name of the group:"), oldName,
-                                   new NameChecker(usedNames), !oldName.isEmpty());
+    KyCommonInputNameDialog dialog(this, title, tr("Name of the group:"), oldName, new NameChecker(usedNames),
+                                   !oldName.isEmpty());
     if (dialog.exec() != QDialog::Accepted)
         return false;
     *name = dialog.text().trimmed();

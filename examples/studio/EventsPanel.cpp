@@ -46,8 +46,8 @@ static QString eventText(const KyEvent &event)
     const QString name = KyEditorCommon::getLocalStringFromEventType(event.type());
     if (event.type() != KyEventType::TimeElapsed)
         return name;
-    return EventsPanel::tr("%1: %2").arg(name,
-                                         KyEditorCommon::getDurationString(event.elapsedTime() / 1000.0, false));
+    return EventsPanel::tr("%1: %2").arg(
+        name, KyEditorCommon::getDurationString(event.elapsedTime() / 1000.0, false));
 }
 
 EventsPanel::EventsPanel(StageDocument *document, QWidget *parent)
@@ -174,10 +174,10 @@ void EventsPanel::refresh()
         auto *awaited = new QTreeWidgetItem(m_tree, {tr("Waits for")});
         fill(awaited, *screen->waitEventList() + *screen->ignoreWaitEventList());
         const KyEventAction::EventAction action = screen->mediaFinishedAction();
-        m_atEnd->setText(action == KyEventAction::None
-                             ? tr("When its content ends: nothing")
-                             : tr("When its content ends: %1")
-                                   .arg(KyEditorCommon::getLocalStringFromEventAction(action)));
+        m_atEnd->setText(
+            action == KyEventAction::None
+                ? tr("When its content ends: nothing")
+                : tr("When its content ends: %1").arg(KyEditorCommon::getLocalStringFromEventAction(action)));
     }
     m_removeAll->setEnabled(!m_shown.isEmpty());
     onCurrentItemChanged();

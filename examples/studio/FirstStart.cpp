@@ -23,9 +23,8 @@ static const QString SAMPLE_KEY = QStringLiteral("studio/sample"); // its config
 static QString shown(const QString &path)
 {
     const QString home = QDir::homePath();
-    return QDir::toNativeSeparators(path.startsWith(home + QLatin1Char('/'))
-                                        ? QLatin1Char('~') + path.mid(home.size())
-                                        : path);
+    return QDir::toNativeSeparators(
+        path.startsWith(home + QLatin1Char('/')) ? QLatin1Char('~') + path.mid(home.size()) : path);
 }
 
 /** From now on the configuration that every part of the library finds. */
@@ -49,7 +48,8 @@ bool FirstStart::find()
         return fail(tr("The configuration file %1 cannot be read.").arg(QDir::toNativeSeparators(file)));
     const QString sample = KyEditorUserConfig::value(SAMPLE_KEY).toString();
     if (qEnvironmentVariableIsEmpty(CONFIG_VARIABLE) && QFile::exists(sample))
-        return use(sample) || fail(tr("The sample in %1 cannot be read.").arg(QDir::toNativeSeparators(sample)));
+        return use(sample)
+            || fail(tr("The sample in %1 cannot be read.").arg(QDir::toNativeSeparators(sample)));
     m_lastErrorMessage.clear(); // nothing is wrong: there is none
     return false;
 }
@@ -118,9 +118,10 @@ KyCommandLinkDialog *FirstStart::createDialog(QWidget *parent)
     dialog->setSubMessage(tr("What do you want to begin with?"));
     dialog->addButton(tr("Create the &default environment"),
                       tr("Empty folders and a configuration file at their usual places."));
-    dialog->addButton(tr("Create a &sample environment"),
-                      tr("A railway station with 60 destinations and a media library, in a folder of its own:\n%1")
-                          .arg(shown(defaultSampleFolder())));
+    dialog->addButton(
+        tr("Create a &sample environment"),
+        tr("A railway station with 60 destinations and a media library, in a folder of its own:\n%1")
+            .arg(shown(defaultSampleFolder())));
     dialog->setActiveButton(MakeSample);
     return dialog;
 }

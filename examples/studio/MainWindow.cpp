@@ -121,7 +121,8 @@ void MainWindow::showEvent(QShowEvent *event)
 {
     QMainWindow::showEvent(event);
     if (m_isLayoutRemembered && !m_isLayoutRestored && KyEditorUserConfig::settings()->contains(GEOMETRY_KEY))
-        QTimer::singleShot(0, this, SLOT(restoreLayout())); // docks have their places once the window is shown
+        QTimer::singleShot(0, this,
+                           SLOT(restoreLayout())); // docks have their places once the window is shown
     m_isLayoutRestored = true;
 }
 
@@ -187,19 +188,35 @@ void MainWindow::restoreLayout()
             single.append(dock);
     }
     KyEditorCommon::reorderDockWidgets(single, this);
+    resizeStacks();
+    QTimer::singleShot(0, this, SLOT(resizeStacks())); // now that their tab bars are there
+}
+
+/** Gives stacks the sizes of the docks in front of them; what the docks behind remember is no size at all. */
+void MainWindow::resizeStacks()
+{
     const QList<QList<QDockWidget *>> stacks = KyEditorCommon::getTabifiedDockGroups(this);
-    for (const QList<QDockWidget *> &stack : stacks)
-        resizeStack(stack);
+    for (const QList<QDockWidget *> &stack : stacks) {
+        for (QDockWidget *dock : stack) {
+            if (dock->visibleRegion().isEmpty())
+                continue;
+            // The height is the stack's with the tab bar, the width anybody's.
+            const QSize size = dock->property("init_rect").toRect().size();
+            const int tabBar = size.height() - dock->height();
+            resizeDocks({dock}, {size.width()}, Qt::Horizontal);
+            resizeDocks({dock}, {size.height() + tabBar}, Qt::Vertical);
+        }
+    }
 }
 
 void MainWindow::about()
 {
     const KyProductInformation *product = KyEditorConfig::productInformation();
-    QMessageBox::about(this, tr("About kystudio"),
-                       tr("<b>%1 %2</b><p>Stages, media and destinations in one window: what the common "
-                          "library of the authoring applications does, to be looked at.")
-                           .arg(product ? product->name() : tr("kystudio"),
-                                product ? product->version() : QString()));
+    QMessageBox::about(
+        this, tr("About kystudio"),
+        tr("<b>%1 %2</b><p>Stages, media and destinations in one window: what the common "
+           "library of the authoring applications does, to be looked at.")
+            .arg(product ? product->name() : tr("kystudio"), product ? product->version() : QString()));
 }
 
 void MainWindow::makeDocks()
@@ -226,7 +243,8 @@ QDockWidget *MainWindow::addDock(const QString &name, const QString &title, QWid
 void MainWindow::makeMenus()
 {
     QMenu *file = menuBar()->addMenu(tr("&File"));
-    QAction *save = file->addAction(tr("&Save destinations"), m_destinations, SLOT(save()), QKeySequence::Save);
+    QAction *save =
+        file->addAction(tr("&Save destinations"), m_destinations, SLOT(save()), QKeySequence::Save);
     save->setEnabled(false);
     connect(m_destinations, SIGNAL(editedChanged(bool)), save, SLOT(setEnabled(bool)));
     file->addSeparator();
@@ -282,18 +300,6 @@ void MainWindow::raiseDockOf(QWidget *panel)
             continue;
         dock->show();
         dock->raise();
-    }
-}
-
-/** Gives a stack the size of the dock in front of it; what the docks behind it remember is no size at all. */
-void MainWindow::resizeStack(const QList<QDockWidget *> &stack)
-{
-    for (QDockWidget *dock : stack) {
-        if (dock->visibleRegion().isEmpty())
-            continue;
-        const QSize size = dock->property("init_rect").toRect().size();
-        resizeDocks({dock}, {size.width()}, Qt::Horizontal);
-        resizeDocks({dock}, {size.height()}, Qt::Vertical);
     }
 }
 

@@ -98,8 +98,7 @@ void MediaPanel::setRoot(const QString &path)
 {
     m_root = QDir::cleanPath(QDir(path).absolutePath());
     if (!QDir().mkpath(m_root)) {
-        m_messages->showError(
-            tr("The folder %1 cannot be made.").arg(QDir::toNativeSeparators(m_root)));
+        m_messages->showError(tr("The folder %1 cannot be made.").arg(QDir::toNativeSeparators(m_root)));
         return;
     }
     // The library itself is the one row at the top.
@@ -179,7 +178,10 @@ void MediaPanel::onFilesChanged()
     if (folder.isValid() && !m_folders->canFetchMore(folder)
         && shownFolderCount() != m_folders->rowCount(folder))
         QMetaObject::invokeMethod(
-            this, [this]() { m_folders->update(m_folders->index(m_folder, NAME_COLUMN)); },
+            this,
+            [this]() {
+                m_folders->update(m_folders->index(m_folder, NAME_COLUMN));
+            },
             Qt::QueuedConnection);
     refreshActions();
 }

@@ -7,9 +7,17 @@
 #include <QPainter>
 
 static const char *const PICTURES[] = {
-    "Boards/Welcome.png",     "Boards/Lost property.png", "Boards/Mind the step.png", "Boards/Quiet zone.png",
-    "Food/Bakery.png",        "Food/Café in the garden.png", "Food/Ice cream.png",       "Food/Soup of the day.png",
-    "Journeys/To the sea.png", "Journeys/Night train.png", "Journeys/Over the pass.png",
+    "Boards/Welcome.png",
+    "Boards/Lost property.png",
+    "Boards/Mind the step.png",
+    "Boards/Quiet zone.png",
+    "Food/Bakery.png",
+    "Food/Café in the garden.png",
+    "Food/Ice cream.png",
+    "Food/Soup of the day.png",
+    "Journeys/To the sea.png",
+    "Journeys/Night train.png",
+    "Journeys/Over the pass.png",
 };
 static const QSize PICTURE_SIZE(960, 540);
 static const QString PRESENTATION = QStringLiteral(":/studio/sample/Safety.odp");

@@ -146,11 +146,7 @@ void ScreensPanel::fillRow(int row, const KyScreen &screen)
     m_table->item(row, KindColumn)
         ->setText(screen.type() == ScreenType::Telop ? tr("Telop") : tr("Multimedia"));
     m_table->item(row, PlaceColumn)
-        ->setText(tr("%1, %2   %3 × %4")
-                      .arg(rect.x())
-                      .arg(rect.y())
-                      .arg(rect.width())
-                      .arg(rect.height()));
+        ->setText(tr("%1, %2   %3 × %4").arg(rect.x()).arg(rect.y()).arg(rect.width()).arg(rect.height()));
 }
 
 void ScreensPanel::onCurrentCellChanged()

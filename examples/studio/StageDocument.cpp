@@ -116,10 +116,9 @@ int StageDocument::addScreen(ScreenType::ScreenTypes type)
     (*screen)->setName(uniqueName(isTelop ? tr("Telop 1") : tr("Multi 1")));
     (*screen)->setBackgoundColor(SCREEN_COLORS[id % SCREEN_COLOR_COUNT]);
     // In the middle: half the stage, a caption a strip at the bottom.
-    (*screen)->setRect(isTelop ? QRectF(0, area.height() * 0.9, area.width(), area.height() * 0.1).toRect()
-                               : QRectF(area.width() / 4, area.height() / 4, area.width() / 2,
-                                        area.height() / 2)
-                                     .toRect());
+    (*screen)->setRect(
+        isTelop ? QRectF(0, area.height() * 0.9, area.width(), area.height() * 0.1).toRect()
+                : QRectF(area.width() / 4, area.height() / 4, area.width() / 2, area.height() / 2).toRect());
     edit(
         tr("add \"%1\"").arg((*screen)->name()),
         [this, screen]() {

@@ -34,8 +34,8 @@ public:
         if (size.width() > THUMBNAIL_SIZE.width() || size.height() > THUMBNAIL_SIZE.height())
             reader.setScaledSize(size.scaled(THUMBNAIL_SIZE, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)));
         const QImage picture = reader.read();
-        QMetaObject::invokeMethod(m_receiver, "onPictureLoaded", Qt::QueuedConnection,
-                                  Q_ARG(QString, m_path), Q_ARG(QImage, picture));
+        QMetaObject::invokeMethod(m_receiver, "onPictureLoaded", Qt::QueuedConnection, Q_ARG(QString, m_path),
+                                  Q_ARG(QImage, picture));
     }
 
 private:

@@ -31,7 +31,8 @@
 using namespace Kyte;
 
 static const int STEP_TIME = 50; // milliseconds between two looks
-static const int PATIENCE = 90000; // milliseconds: an office program that starts for the first time takes long
+static const int PATIENCE =
+    90000; // milliseconds: an office program that starts for the first time takes long
 static const int FONT_SIZE = 9;
 static const int TEMPLATE_ROW = 5; // two multimedia screens and a telop
 static const QString MEDIA = QStringLiteral("data/media");
@@ -121,7 +122,8 @@ void Tour::planStart()
         },
         [this]() {
             auto *dialog = m_window->findChild<KyCommandLinkDialog *>();
-            picture(QStringLiteral("studio-first-start"), tr("The first start asks for an environment"), dialog);
+            picture(QStringLiteral("studio-first-start"), tr("The first start asks for an environment"),
+                    dialog);
             dialog->close();
         });
 }
@@ -179,16 +181,15 @@ void Tour::planMedia()
             return QDir(folder + QLatin1Char('/') + THUMBNAIL_FOLDER).entryList(QDir::Files).size()
                 == pictures;
         },
-        []() {
-        });
+        []() {});
     plan(
         tr("The whole window"),
         [this]() {
             return m_waiting.elapsed() > 5 * STEP_TIME; // the last thumbnail is read again and shown
         },
         [this]() {
-            picture(QStringLiteral("studio"), tr("The whole window: stage, media, preview, events, destinations"),
-                    m_window.get());
+            picture(QStringLiteral("studio"),
+                    tr("The whole window: stage, media, preview, events, destinations"), m_window.get());
             find<QLineEdit>("mediaFilter")->setText(QStringLiteral("so"));
         });
     plan(
@@ -244,9 +245,10 @@ void Tour::planDestinations()
             return model->rowCount(model->index(0, 0)) == 3;
         },
         [this, panel]() {
-            picture(QStringLiteral("studio-destinations"), tr("Destinations by group, some moved into a new one"),
-                    panel->parentWidget());
-            find<QTreeView>("destinations")->setCurrentIndex(panel->findChild<DestinationModel *>()->index(0, 0));
+            picture(QStringLiteral("studio-destinations"),
+                    tr("Destinations by group, some moved into a new one"), panel->parentWidget());
+            find<QTreeView>("destinations")
+                ->setCurrentIndex(panel->findChild<DestinationModel *>()->index(0, 0));
             find<QAction>("removeGroup")->trigger(); // returns when the question is answered
         });
     plan(
@@ -265,8 +267,7 @@ void Tour::planDestinations()
         [panel]() {
             return !panel->isEdited();
         },
-        []() {
-        });
+        []() {});
 }
 
 void Tour::planConversion()
@@ -299,7 +300,8 @@ void Tour::planConversion()
         },
         [this]() {
             auto *media = m_window->findChild<MediaPanel *>();
-            picture(QStringLiteral("studio-media"), tr("The slides in the media library"), media->parentWidget());
+            picture(QStringLiteral("studio-media"), tr("The slides in the media library"),
+                    media->parentWidget());
         });
 }
 

@@ -15,8 +15,8 @@
 
 #include <ctime>
 
-// How long kystudio's event loop stands still with many destinations and many files, in a table. No test: times
-// depend on the machine and on what else it does.
+// How long kystudio's event loop stands still with many destinations and many files, in a table. No test:
+// times depend on the machine and on what else it does.
 
 using namespace Kyte;
 using namespace Kyte::Test;
@@ -131,27 +131,71 @@ static void watchDestinations(GapWatch *watch, MainWindow *window)
         return !panel->isReading() && model->destinationCount() > 0
             && panel->findChild<QAction *>(QStringLiteral("addGroup"))->isEnabled();
     };
-    watch->watch("destinations: read and shown", [window]() { window->open(); }, isIdle);
-    watch->watch("destinations: all unfolded", [tree]() { tree->expandAll(); }, isIdle);
-    watch->watch("destinations: by group",
-                 [panel]() { panel->findChild<QAction *>(QStringLiteral("byGroup"))->trigger(); }, isIdle);
-    watch->watch("destinations: by group, all unfolded", [tree]() { tree->expandAll(); }, isIdle);
-    watch->watch("destinations: all selected", [tree]() { tree->selectAll(); }, isIdle);
-    watch->watch("destinations: group added", [panel]() { emit panel->groupWanted(QStringLiteral("All")); },
-                 [model]() { return model->categoryCount() == 1; });
-    watch->watch("destinations: all moved into it",
-                 [model]() {
-                     QModelIndexList all;
-                     const QModelIndex none = model->index(1, 0);
-                     for (int row = 0; row < model->rowCount(none); ++row)
-                         all.append(model->index(row, 0, none));
-                     const QScopedPointer<QMimeData> dragged(model->mimeData(all));
-                     model->dropMimeData(dragged.data(), Qt::MoveAction, -1, -1, model->index(0, 0));
-                 },
-                 [model]() { return model->rowCount(model->index(1, 0)) == 0; });
-    watch->watch("destinations: saved", [panel]() { panel->save(); },
-                 [panel, isIdle]() { return isIdle() && !panel->isEdited(); });
-    watch->watch("destinations: read again", [panel]() { panel->open(); }, isIdle);
+    watch->watch(
+        "destinations: read and shown",
+        [window]() {
+            window->open();
+        },
+        isIdle);
+    watch->watch(
+        "destinations: all unfolded",
+        [tree]() {
+            tree->expandAll();
+        },
+        isIdle);
+    watch->watch(
+        "destinations: by group",
+        [panel]() {
+            panel->findChild<QAction *>(QStringLiteral("byGroup"))->trigger();
+        },
+        isIdle);
+    watch->watch(
+        "destinations: by group, all unfolded",
+        [tree]() {
+            tree->expandAll();
+        },
+        isIdle);
+    watch->watch(
+        "destinations: all selected",
+        [tree]() {
+            tree->selectAll();
+        },
+        isIdle);
+    watch->watch(
+        "destinations: group added",
+        [panel]() {
+            emit panel->groupWanted(QStringLiteral("All"));
+        },
+        [model]() {
+            return model->categoryCount() == 1;
+        });
+    watch->watch(
+        "destinations: all moved into it",
+        [model]() {
+            QModelIndexList all;
+            const QModelIndex none = model->index(1, 0);
+            for (int row = 0; row < model->rowCount(none); ++row)
+                all.append(model->index(row, 0, none));
+            const QScopedPointer<QMimeData> dragged(model->mimeData(all));
+            model->dropMimeData(dragged.data(), Qt::MoveAction, -1, -1, model->index(0, 0));
+        },
+        [model]() {
+            return model->rowCount(model->index(1, 0)) == 0;
+        });
+    watch->watch(
+        "destinations: saved",
+        [panel]() {
+            panel->save();
+        },
+        [panel, isIdle]() {
+            return isIdle() && !panel->isEdited();
+        });
+    watch->watch(
+        "destinations: read again",
+        [panel]() {
+            panel->open();
+        },
+        isIdle);
 }
 
 static void watchMedia(GapWatch *watch, MainWindow *window, const QString &folder, int count)
@@ -162,38 +206,75 @@ static void watchMedia(GapWatch *watch, MainWindow *window, const QString &folde
     const auto waited = [](int milliseconds) {
         QElapsedTimer time;
         time.start();
-        return [time, milliseconds]() { return time.hasExpired(milliseconds); };
+        return [time, milliseconds]() {
+            return time.hasExpired(milliseconds);
+        };
     };
     const auto hasRows = [files](int rows) {
-        return [files, rows]() { return files->model()->rowCount() == rows; };
+        return [files, rows]() {
+            return files->model()->rowCount() == rows;
+        };
     };
-    watch->watch("media: folder opened", [panel, folder]() { panel->openFolder(folder); }, hasRows(count));
-    watch->watch("media: thumbnails of what is seen made", []() {}, waited(1500));
-    watch->watch("media: scrolled to the end",
-                 [files]() { files->verticalScrollBar()->setValue(files->verticalScrollBar()->maximum()); },
-                 waited(1500));
-    watch->watch("media: a file arrives",
-                 [folder]() { writeFile(folder + QStringLiteral("/another.png"), samplePicture()); },
-                 hasRows(count + 1));
-    watch->watch("media: filtered", [filter]() { filter->setText(QStringLiteral("0007")); },
-                 [files, count]() { return files->model()->rowCount() <= count; });
-    watch->watch("media: filter taken back", [filter]() { filter->clear(); }, hasRows(count + 1));
-    watch->watch("media: all selected", [files]() { files->selectAll(); }, waited(500));
-    watch->watch("media: 1000 files moved",
-                 [files, folder]() {
-                     QModelIndexList dragged;
-                     for (int row = 1; row <= 1000; ++row)
-                         dragged.append(files->model()->index(row, 0));
-                     const QScopedPointer<QMimeData> data(files->model()->mimeData(dragged));
-                     const QString target = QFileInfo(folder).path() + QStringLiteral("/Other");
-                     QDir().mkpath(target);
-                     auto *folders = files->window()->findChild<QTreeView *>(QStringLiteral("mediaFolders"));
-                     folders->model()->dropMimeData(data.data(), Qt::MoveAction, -1, -1,
-                                                    folders->model()->index(0, 0));
-                 },
-                 hasRows(count + 1 - 1000));
-    watch->watch("media: folder left", [panel, folder]() { panel->openFolder(QFileInfo(folder).path()); },
-                 waited(500));
+    watch->watch(
+        "media: folder opened",
+        [panel, folder]() {
+            panel->openFolder(folder);
+        },
+        hasRows(count));
+    watch->watch(
+        "media: thumbnails of what is seen made", []() {}, waited(1500));
+    watch->watch(
+        "media: scrolled to the end",
+        [files]() {
+            files->verticalScrollBar()->setValue(files->verticalScrollBar()->maximum());
+        },
+        waited(1500));
+    watch->watch(
+        "media: a file arrives",
+        [folder]() {
+            writeFile(folder + QStringLiteral("/another.png"), samplePicture());
+        },
+        hasRows(count + 1));
+    watch->watch(
+        "media: filtered",
+        [filter]() {
+            filter->setText(QStringLiteral("0007"));
+        },
+        [files, count]() {
+            return files->model()->rowCount() <= count;
+        });
+    watch->watch(
+        "media: filter taken back",
+        [filter]() {
+            filter->clear();
+        },
+        hasRows(count + 1));
+    watch->watch(
+        "media: all selected",
+        [files]() {
+            files->selectAll();
+        },
+        waited(500));
+    watch->watch(
+        "media: 1000 files moved",
+        [files, folder]() {
+            QModelIndexList dragged;
+            for (int row = 1; row <= 1000; ++row)
+                dragged.append(files->model()->index(row, 0));
+            const QScopedPointer<QMimeData> data(files->model()->mimeData(dragged));
+            const QString target = QFileInfo(folder).path() + QStringLiteral("/Other");
+            QDir().mkpath(target);
+            auto *folders = files->window()->findChild<QTreeView *>(QStringLiteral("mediaFolders"));
+            folders->model()->dropMimeData(data.data(), Qt::MoveAction, -1, -1,
+                                           folders->model()->index(0, 0));
+        },
+        hasRows(count + 1 - 1000));
+    watch->watch(
+        "media: folder left",
+        [panel, folder]() {
+            panel->openFolder(QFileInfo(folder).path());
+        },
+        waited(500));
 }
 
 int main(int argc, char **argv)
@@ -222,7 +303,11 @@ int main(int argc, char **argv)
     window.show();
     GapWatch watch;
     printf("%-52s %8s %8s %8s\n", "milliseconds", "gap", "work", "in all");
-    watch.watch("nothing", []() {}, []() { return true; });
+    watch.watch(
+        "nothing", []() {},
+        []() {
+            return true;
+        });
     watchDestinations(&watch, &window);
     watchMedia(&watch, &window, folder, count);
     return 0;
