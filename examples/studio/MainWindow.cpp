@@ -188,21 +188,26 @@ void MainWindow::restoreLayout()
             single.append(dock);
     }
     KyEditorCommon::reorderDockWidgets(single, this);
-    resizeStacks();
-    QTimer::singleShot(0, this, SLOT(resizeStacks())); // now that their tab bars are there
+    resizeStacks(false);
+    QTimer::singleShot(0, this, SLOT(correctStacks()));
+}
+
+/** A stack's height includes its tab bar: what the dock in front lacks is known once it is laid out. */
+void MainWindow::correctStacks()
+{
+    resizeStacks(true);
 }
 
 /** Gives stacks the sizes of the docks in front of them; what the docks behind remember is no size at all. */
-void MainWindow::resizeStacks()
+void MainWindow::resizeStacks(bool isLaidOut)
 {
     const QList<QList<QDockWidget *>> stacks = KyEditorCommon::getTabifiedDockGroups(this);
     for (const QList<QDockWidget *> &stack : stacks) {
         for (QDockWidget *dock : stack) {
             if (dock->visibleRegion().isEmpty())
                 continue;
-            // The height is the stack's with the tab bar, the width anybody's.
             const QSize size = dock->property("init_rect").toRect().size();
-            const int tabBar = size.height() - dock->height();
+            const int tabBar = isLaidOut ? size.height() - dock->height() : 0;
             resizeDocks({dock}, {size.width()}, Qt::Horizontal);
             resizeDocks({dock}, {size.height() + tabBar}, Qt::Vertical);
         }

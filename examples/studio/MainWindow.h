@@ -50,7 +50,7 @@ private slots:
     void onDestinationsSaved();
     void onWindowAction(const QString &objectName, bool checked);
     void restoreLayout();
-    void resizeStacks();
+    void correctStacks();
     void about();
 
 private:
@@ -60,6 +60,7 @@ private:
     QDockWidget *addDock(const QString &name, const QString &title, QWidget *panel);
     Kyte::KyMenuAction *addWindowAction(QMenu *menu, const QString &name, const QString &text);
     void raiseDockOf(QWidget *panel);
+    void resizeStacks(bool isLaidOut);
     void storeLayout();
     bool mayClose();
 

@@ -29,8 +29,8 @@ using namespace Kyte;
 static const int NAME_COLUMN = 0;
 static const int REFRESH_DELAY = 200; // milliseconds: a burst of changes is one refresh
 static const int FILTER_DELAY = 200; // milliseconds: a word that is typed is one filter
-static const QSize PICTURE_SIZE(96, 72);
-static const QSize CELL_SIZE(112, 100);
+static const QSize PICTURE_SIZE(96, 60);
+static const QSize CELL_SIZE(112, 92);
 static const int TREE_HEIGHT = 110;
 static const int BATCH_SIZE = 500; // cells that are laid out at a time
 

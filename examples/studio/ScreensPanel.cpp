@@ -68,6 +68,7 @@ void ScreensPanel::makeTable()
     m_table->setHorizontalHeaderLabels({QString(), tr("Screen"), tr("Kind"), tr("Position and size")});
     m_table->verticalHeader()->hide();
     m_table->horizontalHeader()->setHighlightSections(false);
+    m_table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_table->horizontalHeader()->setSectionResizeMode(NameColumn, QHeaderView::Stretch);
     m_table->setShowGrid(false);

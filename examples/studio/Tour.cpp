@@ -23,6 +23,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QListWidget>
+#include <QMimeData>
 #include <QPushButton>
 #include <QStyleFactory>
 #include <QTimer>
@@ -35,8 +36,7 @@ static const int PATIENCE =
     90000; // milliseconds: an office program that starts for the first time takes long
 static const int FONT_SIZE = 9;
 static const int TEMPLATE_ROW = 5; // two multimedia screens and a telop
-static const QString MEDIA = QStringLiteral("data/media");
-static const QString LOST = QStringLiteral("Summer festival");
+static const QString GROUP = QStringLiteral("Summer festival");
 
 Tour::Tour(const QString &folder, QObject *parent)
     : QObject(parent)
@@ -164,7 +164,7 @@ void Tour::planStage()
 
 void Tour::planMedia()
 {
-    const QString folder = QDir(m_environment.path()).filePath(MEDIA + QStringLiteral("/Food"));
+    const QString folder = mediaPath(QStringLiteral("Food"));
     plan(
         tr("The destinations are read"),
         [this]() {
@@ -221,14 +221,14 @@ void Tour::planDestinations()
         },
         [this]() {
             auto *dialog = static_cast<KyCommonInputNameDialog *>(QApplication::activeModalWidget());
-            dialog->setText(LOST);
+            dialog->setText(GROUP);
             picture(QStringLiteral("studio-name"), tr("A name is asked for"), dialog);
             dialog->findChild<QPushButton *>(QStringLiteral("pushButton_ok"))->click();
         });
     plan(
         tr("The group is there"),
         [model]() {
-            return model->categoryNames(KyDestination::Data_Group).contains(LOST);
+            return model->categoryNames(KyDestination::Data_Group).contains(GROUP);
         },
         [this, model]() {
             const QModelIndex group = model->index(0, 0);
@@ -273,8 +273,7 @@ void Tour::planDestinations()
 void Tour::planConversion()
 {
     auto *panel = m_window->findChild<ConversionPanel *>();
-    const QString presentation =
-        QDir(m_environment.path()).filePath(MEDIA + QStringLiteral("/Presentations/Safety.odp"));
+    const QString presentation = mediaPath(QStringLiteral("Presentations/Safety.odp"));
     plan(
         tr("A presentation is chosen"),
         []() {
@@ -290,24 +289,32 @@ void Tour::planConversion()
             return !panel->isConverting();
         },
         [this, panel]() {
-            picture(QStringLiteral("studio-conversion"), tr("A presentation turned into pictures"),
+            const bool isMade =
+                QDir(mediaPath(QStringLiteral("Safety slides"))).exists(QStringLiteral("slide1.png"));
+            picture(QStringLiteral("studio-conversion"),
+                    isMade ? tr("A presentation turned into pictures")
+                           : tr("A presentation could not be converted, and the panel tells why"),
                     panel->parentWidget());
         });
     plan(
-        tr("The slides are in the media library"),
+        tr("The media library shows the slides"),
         [this]() {
             return m_waiting.elapsed() > 20 * STEP_TIME; // their thumbnails are made meanwhile
         },
         [this]() {
             auto *media = m_window->findChild<MediaPanel *>();
-            picture(QStringLiteral("studio-media"), tr("The slides in the media library"),
-                    media->parentWidget());
+            picture(QStringLiteral("studio-media"), tr("The media library"), media->parentWidget());
         });
 }
 
 void Tour::plan(const QString &text, const std::function<bool()> &isReady, const std::function<void()> &act)
 {
     m_steps.append({text, isReady, act});
+}
+
+QString Tour::mediaPath(const QString &name) const
+{
+    return m_environment.filePath(QStringLiteral("data/media/") + name);
 }
 
 void Tour::picture(const QString &name, const QString &text, QWidget *widget)

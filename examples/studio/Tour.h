@@ -45,6 +45,7 @@ private:
     void planDestinations();
     void planConversion();
     void plan(const QString &text, const std::function<bool()> &isReady, const std::function<void()> &act);
+    QString mediaPath(const QString &name) const;
     void picture(const QString &name, const QString &text, QWidget *widget);
     void quit(int code);
 

@@ -18,6 +18,7 @@
 #include <KyMenuAction.h>
 #include <KyMessageBoxWithCheckBox.h>
 
+#include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
 #include <QDockWidget>
@@ -26,6 +27,8 @@
 #include <QListView>
 #include <QListWidget>
 #include <QMenuBar>
+#include <QMimeData>
+#include <QProcess>
 #include <QPushButton>
 #include <QSettings>
 #include <QStandardPaths>
