@@ -218,7 +218,7 @@ QModelIndex DestinationModel::index(int row, int column, const QModelIndex &pare
         return QModelIndex();
     if (!parent.isValid())
         return createIndex(row, column, CATEGORY);
-    return createIndex(row, column, quintptr(m_members.at(parent.row()).at(row) + 1));
+    return createIndex(row, column, quintptr(m_members.at(parent.row()).at(row)) + 1);
 }
 
 QModelIndex DestinationModel::parent(const QModelIndex &index) const
@@ -382,7 +382,7 @@ void DestinationModel::rearrange(Edit edit)
             continue;
         }
         const int position = m_positions.value(ids.at(i));
-        after.append(createIndex(m_destinations.at(position).row, old.column(), quintptr(position + 1)));
+        after.append(createIndex(m_destinations.at(position).row, old.column(), quintptr(position) + 1));
     }
     changePersistentIndexList(before, after);
     emit layoutChanged();

@@ -132,10 +132,10 @@ void DestinationsPanel::makeActions()
     m_byChannel = make(tr("Channels"), "byChannel", SLOT(onTypeChosen()));
     m_byGroup = make(tr("Groups"), "byGroup", SLOT(onTypeChosen()));
     auto *types = new QActionGroup(this);
-    for (QAction *action : {m_byChannel, m_byGroup}) {
-        action->setCheckable(true);
-        types->addAction(action);
-    }
+    m_byChannel->setActionGroup(types);
+    m_byGroup->setActionGroup(types);
+    m_byChannel->setCheckable(true);
+    m_byGroup->setCheckable(true);
     m_byChannel->setChecked(true);
     m_add = make(tr("New group…"), "addGroup", SLOT(addGroup()));
     m_rename = make(tr("Rename…"), "renameGroup", SLOT(renameGroup()));

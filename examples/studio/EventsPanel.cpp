@@ -43,7 +43,7 @@ static const KyEventAction::EventAction EVENT_ACTIONS[] = {KyEventAction::Start,
 
 static QString eventText(const KyEvent &event)
 {
-    const QString name = KyEditorCommon::getLocalStringFromEventType(event.type());
+    QString name = KyEditorCommon::getLocalStringFromEventType(event.type());
     if (event.type() != KyEventType::TimeElapsed)
         return name;
     return EventsPanel::tr("%1: %2").arg(

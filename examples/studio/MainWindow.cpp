@@ -22,6 +22,7 @@
 #include <QDockWidget>
 #include <QMenuBar>
 #include <QSettings>
+#include <QTabBar>
 #include <QTimer>
 
 using namespace Kyte;
@@ -39,6 +40,13 @@ static const QString WINDOW_KEY = QStringLiteral("studio");
 static const QString GEOMETRY_KEY = QStringLiteral("studio_window/geometry");
 static const QString MEDIA_FOLDER = QStringLiteral("media"); // in the data folder
 static const QSize WINDOW_SIZE(1400, 900);
+
+static int tabBarHeight()
+{
+    QTabBar bar;
+    bar.addTab(QString(QLatin1Char('x')));
+    return bar.sizeHint().height();
+}
 
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
@@ -188,28 +196,21 @@ void MainWindow::restoreLayout()
             single.append(dock);
     }
     KyEditorCommon::reorderDockWidgets(single, this);
-    resizeStacks(false);
-    QTimer::singleShot(0, this, SLOT(correctStacks()));
-}
-
-/** A stack's height includes its tab bar: what the dock in front lacks is known once it is laid out. */
-void MainWindow::correctStacks()
-{
-    resizeStacks(true);
+    resizeStacks();
 }
 
 /** Gives stacks the sizes of the docks in front of them; what the docks behind remember is no size at all. */
-void MainWindow::resizeStacks(bool isLaidOut)
+void MainWindow::resizeStacks()
 {
+    const int barHeight = tabBarHeight(); // which a stack's height includes
     const QList<QList<QDockWidget *>> stacks = KyEditorCommon::getTabifiedDockGroups(this);
     for (const QList<QDockWidget *> &stack : stacks) {
         for (QDockWidget *dock : stack) {
             if (dock->visibleRegion().isEmpty())
                 continue;
             const QSize size = dock->property("init_rect").toRect().size();
-            const int tabBar = isLaidOut ? size.height() - dock->height() : 0;
             resizeDocks({dock}, {size.width()}, Qt::Horizontal);
-            resizeDocks({dock}, {size.height() + tabBar}, Qt::Vertical);
+            resizeDocks({dock}, {size.height() + barHeight}, Qt::Vertical);
         }
     }
 }

@@ -50,7 +50,6 @@ private slots:
     void onDestinationsSaved();
     void onWindowAction(const QString &objectName, bool checked);
     void restoreLayout();
-    void correctStacks();
     void about();
 
 private:
@@ -60,7 +59,7 @@ private:
     QDockWidget *addDock(const QString &name, const QString &title, QWidget *panel);
     Kyte::KyMenuAction *addWindowAction(QMenu *menu, const QString &name, const QString &text);
     void raiseDockOf(QWidget *panel);
-    void resizeStacks(bool isLaidOut);
+    void resizeStacks();
     void storeLayout();
     bool mayClose();
 

@@ -177,13 +177,15 @@ void MediaPanel::onFilesChanged()
     const QModelIndex folder = m_folders->index(m_folder, NAME_COLUMN);
     if (folder.isValid() && !m_folders->canFetchMore(folder)
         && shownFolderCount() != m_folders->rowCount(folder))
-        QMetaObject::invokeMethod(
-            this,
-            [this]() {
-                m_folders->update(m_folders->index(m_folder, NAME_COLUMN));
-            },
-            Qt::QueuedConnection);
+        QTimer::singleShot(0, this, SLOT(refreshShownFolder())); // not while a model tells of a change
     refreshActions();
+}
+
+void MediaPanel::refreshShownFolder()
+{
+    const QModelIndex folder = m_folders->index(m_folder, NAME_COLUMN);
+    if (folder.isValid())
+        m_folders->update(folder);
 }
 
 void MediaPanel::onDropFinished(const QStringList &failed)

@@ -47,6 +47,7 @@ private slots:
     void onActivated(const QModelIndex &index);
     void onFileRenamed(const QString &folder, const QString &oldName, const QString &newName);
     void onFilesChanged();
+    void refreshShownFolder();
     void onDropFinished(const QStringList &failed);
     void refreshActions();
     void applyFilter();

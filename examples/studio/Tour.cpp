@@ -32,6 +32,7 @@
 using namespace Kyte;
 
 static const int STEP_TIME = 50; // milliseconds between two looks
+static const qint64 SETTLING_TIME = 250; // milliseconds that views take to paint what they have just got
 static const int PATIENCE =
     90000; // milliseconds: an office program that starts for the first time takes long
 static const int FONT_SIZE = 9;
@@ -185,7 +186,7 @@ void Tour::planMedia()
     plan(
         tr("The whole window"),
         [this]() {
-            return m_waiting.elapsed() > 5 * STEP_TIME; // the last thumbnail is read again and shown
+            return m_waiting.hasExpired(SETTLING_TIME); // the last thumbnail is read again and shown
         },
         [this]() {
             picture(QStringLiteral("studio"),
@@ -299,7 +300,7 @@ void Tour::planConversion()
     plan(
         tr("The media library shows the slides"),
         [this]() {
-            return m_waiting.elapsed() > 20 * STEP_TIME; // their thumbnails are made meanwhile
+            return m_waiting.hasExpired(4 * SETTLING_TIME); // their thumbnails are made meanwhile
         },
         [this]() {
             auto *media = m_window->findChild<MediaPanel *>();
