@@ -11,11 +11,9 @@ class DestinationModel;
 class DestinationStore;
 class MessageBar;
 class QAction;
-class QActionGroup;
 class QLabel;
 class QMenu;
 class QModelIndex;
-class QToolBar;
 class QTreeView;
 
 namespace Kyte {

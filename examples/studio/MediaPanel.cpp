@@ -82,14 +82,13 @@ MediaPanel::MediaPanel(QWidget *parent)
     bar->addAction(m_up);
     bar->addAction(m_newFolder);
     bar->addAction(m_convert);
+    bar->addWidget(m_path);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(bar);
     layout->addWidget(m_filter);
     layout->addWidget(m_messages);
     layout->addWidget(m_splitter, 1);
     layout->addWidget(m_status);
-    layout->removeWidget(m_path);
-    bar->addWidget(m_path);
     connectModels();
     refreshActions();
 }

@@ -86,15 +86,15 @@ void ScreensPanel::makeActions()
     m_remove = new QAction(tr("Remove"), this);
     m_rename->setShortcut(Qt::Key_F2);
     m_remove->setShortcut(QKeySequence::Delete);
-    const QPair<QAction *, const char *> slots_[] = {{m_addMultimedia, SLOT(addMultimediaScreen())},
-                                                     {m_addTelop, SLOT(addTelopScreen())},
-                                                     {m_rename, SLOT(renameScreen())},
-                                                     {m_remove, SLOT(removeScreen())}};
-    for (const auto &slot : slots_) {
-        slot.first->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-        slot.first->setEnabled(false);
-        connect(slot.first, SIGNAL(triggered()), this, slot.second);
-        m_table->addAction(slot.first);
+    const QPair<QAction *, const char *> triggers[] = {{m_addMultimedia, SLOT(addMultimediaScreen())},
+                                                       {m_addTelop, SLOT(addTelopScreen())},
+                                                       {m_rename, SLOT(renameScreen())},
+                                                       {m_remove, SLOT(removeScreen())}};
+    for (const auto &trigger : triggers) {
+        trigger.first->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        trigger.first->setEnabled(false);
+        connect(trigger.first, SIGNAL(triggered()), this, trigger.second);
+        m_table->addAction(trigger.first);
     }
     m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
