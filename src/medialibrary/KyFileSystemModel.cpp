@@ -911,7 +911,7 @@ bool KyFileSystemModel::renameItem(const QModelIndex &index, const QString &oldN
     const QString folder = getItem(index)->parent()->absolutePath();
     if (newName.isEmpty())
         return refuseName(tr("<b>The name is empty.</b><p>You have to specify valid name."));
-    if (newName.contains(QLatin1Char('/')) || newName.contains(QDir::separator()))
+    if (newName.contains(QDir::separator()))
         return refuseName(tr("<b>The name \"%1\" can not be used.</b><p>Try using another name, with fewer "
                              "characters or no punctuations marks.")
                               .arg(newName));
