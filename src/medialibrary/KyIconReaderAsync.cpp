@@ -108,6 +108,8 @@ void KyIconReaderAsync::stop()
 
 void KyIconReaderAsync::makeIcon(const QString &path, QImage image)
 {
+    if (receivers(SIGNAL(iconReadCompleted(QString, QIcon *))) == 0)
+        return; // nobody would take the icon over
     auto *icon = new QIcon;
     icon->addPixmap(QPixmap::fromImage(std::move(image)), QIcon::Normal, QIcon::Off);
     emit iconReadCompleted(path, icon);

@@ -508,6 +508,7 @@ void tst_KyFileSystemItem::positionInParent_ofAChildTheParentDoesNotHold()
     const auto other = folderOf(letters("c"));
     QCOMPARE(folder->positionInParent(), -1);
     const std::unique_ptr<Item> child(folder->childAt(0));
+    const std::unique_ptr<Item> neighbour(folder->childAt(1));
     folder->clearAllChildren();
     QCOMPARE(child->positionInParent(), -1);
     other->insertChild(child.get(), 0);

@@ -234,8 +234,8 @@ void tst_KyStagePreview::getOffsetPoint_data()
     QTest::newRow("origin") << QRect(0, 0, 10, 10) << QPoint(0, 0) << QPoint(0, 0);
     QTest::newRow("both count") << QRect(10, -20, 5, 5) << QPoint(3, 4) << QPoint(-13, 16);
     QTest::newRow("null") << QRect() << QPoint(-3, -4) << QPoint(3, 4);
-    QTest::newRow("far") << QRect(QPoint(INT_LOWEST, INT_HIGHEST), QSize(1, 1)) << QPoint(-1, 1)
-                         << QPoint(INT_HIGHEST, INT_LOWEST);
+    QTest::newRow("far") << QRect(QPoint(INT_LOWEST, INT_HIGHEST), QPoint(INT_LOWEST, INT_HIGHEST))
+                         << QPoint(-1, 1) << QPoint(INT_HIGHEST, INT_LOWEST);
 }
 
 void tst_KyStagePreview::getOffsetPoint()
