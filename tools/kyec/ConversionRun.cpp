@@ -79,15 +79,15 @@ bool ConversionRun::run()
     // Not finished(): a converter that fails need not say so.
     connect(converter, SIGNAL(finished(int, QProcess::ExitStatus)), this, SLOT(onConverterEnded()));
     connect(converter, SIGNAL(error(QProcess::ProcessError)), this, SLOT(onConverterEnded()));
+    m_exitCode = converter->exitCode();
     if (converter->state() != QProcess::NotRunning)
-        QCoreApplication::exec();
+        QCoreApplication::exec(); // at its end the library deletes the process
     // A Ctrl-C on a terminal reaches the converter as well, which may be the faster one.
     QCoreApplication::processEvents();
 
     m_progress.clear();
     if (m_lastErrorMessage.isEmpty() && !m_isCompleted)
-        fail(QStringLiteral("The converter ended without success, with the code %1.")
-                 .arg(converter->exitCode()));
+        fail(QStringLiteral("The converter ended without success, with the code %1.").arg(m_exitCode));
     return m_lastErrorMessage.isEmpty();
 }
 
@@ -159,8 +159,10 @@ void ConversionRun::onCreationCompleted()
 void ConversionRun::onConverterEnded()
 {
     const QProcess *converter = m_conversion.findChild<QProcess *>();
-    if (converter->state() == QProcess::NotRunning)
-        QCoreApplication::quit();
+    if (converter->state() != QProcess::NotRunning)
+        return;
+    m_exitCode = converter->exitCode();
+    QCoreApplication::quit();
 }
 
 void ConversionRun::onInterrupt()

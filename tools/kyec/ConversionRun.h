@@ -65,6 +65,7 @@ private:
     bool m_isCompleted = false;
     bool m_isEnding = false; // asked to end, by the user or after an error
     int m_percent = -1;
+    int m_exitCode = 0; // of the converter
     QString m_folder;
     QStringList m_formerFiles;
     QString m_lastErrorMessage;
