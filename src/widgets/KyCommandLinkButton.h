@@ -37,8 +37,8 @@ signals:
      * Both follow QAbstractButton's clicked(bool), this one first. Connect one of the two: who connects both
      * hears of every click twice.
      */
-    void clicked(KyCommandLinkButton *button);
-    void clicked(int buttonId);
+    void clicked(KyCommandLinkButton *button); // clazy:exclude=overloaded-signal
+    void clicked(int buttonId); // clazy:exclude=overloaded-signal
 
 protected:
     void showEvent(QShowEvent *event) override;

@@ -71,7 +71,7 @@ signals:
      * Cancel was clicked; finished() follows. This is not QDialog's signal of the same name, which the escape
      * key and closing the window emit as well: those emit nothing here.
      */
-    void rejected();
+    void rejected(); // clazy:exclude=overridden-signal
 
 protected:
     bool event(QEvent *event) override;
