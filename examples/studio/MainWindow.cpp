@@ -34,6 +34,7 @@ static const QString PREVIEW_DOCK = QStringLiteral("studio_preview");
 static const QString EVENTS_DOCK = QStringLiteral("studio_events");
 static const QString DESTINATIONS_DOCK = QStringLiteral("studio_destinations");
 static const QString CONVERSION_DOCK = QStringLiteral("studio_conversion");
+static const int STACKS_DELAY = 20; // milliseconds
 static const QString DEFAULT_LAYOUT = QStringLiteral("studio_default_layout");
 
 static const QString WINDOW_KEY = QStringLiteral("studio");
@@ -196,7 +197,8 @@ void MainWindow::restoreLayout()
             single.append(dock);
     }
     KyEditorCommon::reorderDockWidgets(single, this);
-    resizeStacks();
+    // The library holds the docks that it restores for 10 ms; what is resized meanwhile does not stay.
+    QTimer::singleShot(STACKS_DELAY, this, SLOT(resizeStacks()));
 }
 
 /** Gives stacks the sizes of the docks in front of them; what the docks behind remember is no size at all. */

@@ -50,6 +50,7 @@ private slots:
     void onDestinationsSaved();
     void onWindowAction(const QString &objectName, bool checked);
     void restoreLayout();
+    void resizeStacks();
     void about();
 
 private:
@@ -59,7 +60,6 @@ private:
     QDockWidget *addDock(const QString &name, const QString &title, QWidget *panel);
     Kyte::KyMenuAction *addWindowAction(QMenu *menu, const QString &name, const QString &text);
     void raiseDockOf(QWidget *panel);
-    void resizeStacks();
     void storeLayout();
     bool mayClose();
 

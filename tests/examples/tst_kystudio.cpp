@@ -200,6 +200,7 @@ private:
     QStringList events() const;
     QString message(const QWidget *panel) const;
     QMap<QString, QRect> layout() const;
+    QMap<QString, QRect> settledLayout() const;
     QString database() const;
 
     template<typename Widget>
@@ -377,6 +378,27 @@ QMap<QString, QRect> StudioTest::layout() const
             places.insert(dock->objectName(), dock->geometry());
     }
     return places;
+}
+
+/** The same once nothing moves any more. */
+QMap<QString, QRect> StudioTest::settledLayout() const
+{
+    QMap<QString, QRect> before;
+    const bool hasSettled = QTest::qWaitFor(
+        [&] {
+            before = layout();
+            QTest::qWait(200);
+            return layout() == before;
+        },
+        LONG);
+    return hasSettled ? before : QMap<QString, QRect>();
+}
+
+static QString text(const QMap<QString, QRect> &layout)
+{
+    QString text;
+    QDebug(&text) << layout;
+    return text;
 }
 
 QString StudioTest::database() const
@@ -976,7 +998,7 @@ void StudioTest::layout_survivesARestart()
     } else {
         raise("studio_templates");
     }
-    const QMap<QString, QRect> before = layout();
+    const QMap<QString, QRect> before = settledLayout();
     QCOMPARE(before.size(), isRearranged ? 3 : 4); // the others are behind these, or hidden
     m_window->close();
 
@@ -999,7 +1021,7 @@ void StudioTest::layout_survivesARestart()
         QTest::qWait(200);
         return deviation() <= 4;
     };
-    TRY_VERIFY(hasSettled());
+    QVERIFY2(QTest::qWaitFor(hasSettled, LONG), qPrintable(text(before) + " became " + text(layout())));
     QCOMPARE(find<QDockWidget>("studio_conversion")->isHidden(), isRearranged);
     QCOMPARE(find<KyMenuAction>("studio_conversion")->isChecked(), !isRearranged);
     QCOMPARE(m_window->tabifiedDockWidgets(find<QDockWidget>("studio_preview")).size(), isRearranged ? 1 : 0);
