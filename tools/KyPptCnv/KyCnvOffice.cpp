@@ -116,6 +116,11 @@ QString KyCnvOffice::convert(const QString &inputPath,
 
     const QString result = m_folder.filePath(QStringLiteral("result/") + name + QLatin1Char('.') + suffix);
     KyCnvProcess office;
+    // The suite has temporary files of its own, which stay when it is ended.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *variable : {"TMPDIR", "TMP", "TEMP"})
+        environment.insert(QLatin1String(variable), QDir::toNativeSeparators(m_folder.path()));
+    office.setProcessEnvironment(environment);
     office.setProcessChannelMode(QProcess::MergedChannels);
     office.setStandardOutputFile(QProcess::nullDevice());
     office.setStandardInputFile(QProcess::nullDevice());
